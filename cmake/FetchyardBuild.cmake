@@ -1,0 +1,91 @@
+# One place for what every target shares: language level, warnings, sanitizers, output folders.
+include(CTest)
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+set(FETCHYARD_SANITIZER "" CACHE STRING "address (with undefined), thread, or empty")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(fetchyard_options INTERFACE)
+if(MSVC)
+    target_compile_options(fetchyard_options INTERFACE /W4 /WX /utf-8 /permissive-)
+    target_compile_definitions(fetchyard_options INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
+else()
+    target_compile_options(fetchyard_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wformat=2
+        -Wnull-dereference -Werror "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+    # Inlining makes this one report paths inside the standard library that cannot be reached.
+    target_compile_options(fetchyard_options INTERFACE $<$<CONFIG:Release>:-Wno-null-dereference>)
+    target_link_options(fetchyard_options INTERFACE $<$<PLATFORM_ID:Linux>:-Wl,--no-undefined>)
+endif()
+if(FETCHYARD_SANITIZER STREQUAL "address")
+    set(fetchyard_sanitizer_flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(FETCHYARD_SANITIZER STREQUAL "thread")
+    set(fetchyard_sanitizer_flags -fsanitize=thread -fno-omit-frame-pointer)
+endif()
+if(fetchyard_sanitizer_flags)
+    # A sanitized library leaves its runtime to the program, so it has undefined symbols of its own.
+    target_compile_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference)
+    target_link_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -Wl,--undefined-version -Wl,-z,undefs)
+    target_compile_definitions(fetchyard_options INTERFACE FETCHYARD_SANITIZED=1)
+endif()
+install(TARGETS fetchyard_options EXPORT FetchyardTargets)
+
+# fetchyard_sibling(NAME SOURCES ... [PRIVATE libs...] [PUBLIC libs...] [HOST_HEADERS])
+# A shared library of one closed library's name: the declarations come from interfaces/NAME, the folder
+# host/ beside the sources holds headers for the client program and for other siblings (never for the
+# business layer), and NAME_BUILD (upper case) switches its export macro.
+function(fetchyard_sibling name)
+    cmake_parse_arguments(arg "" "" "SOURCES;PRIVATE;PUBLIC" ${ARGN})
+    add_library(${name} SHARED ${arg_SOURCES})
+    string(TOUPPER ${name} upper)
+    target_compile_definitions(${name} PRIVATE ${upper}_BUILD)
+    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/host")
+        target_include_directories(${name} PUBLIC
+            $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/host> $<INSTALL_INTERFACE:include/fetchyard-host>)
+        install(DIRECTORY host/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/fetchyard-host)
+    endif()
+    target_link_libraries(${name} PUBLIC fetchyard_interfaces ${arg_PUBLIC} PRIVATE fetchyard_options ${arg_PRIVATE})
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS ${name} EXPORT FetchyardTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...]): a GoogleTest program, one CTest
+# entry for each of its tests.
+function(fetchyard_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBS;LABELS;ENVIRONMENT" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE fetchyard_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${arg_ENVIRONMENT}")
+endfunction()
+
+# A folder of the tree that has its CMakeLists.txt already.
+macro(fetchyard_add_if_there folder)
+    if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/CMakeLists.txt")
+        add_subdirectory(${folder})
+    endif()
+endmacro()

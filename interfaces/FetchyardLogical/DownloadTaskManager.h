@@ -1,0 +1,70 @@
+#pragma once
+
+#include "FetchyardLogical/Export.h"
+#include "ZellBase/Error.h"
+#include "ZellBase/Observer.h"
+#include "ZellBase/Singleton.h"
+#include "ZellTaskKit/DownloadTaskBase.h"
+#include "ZellTaskKit/TaskCallbackParam.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace FetchyardLogical {
+
+// Who wants to hear of the states of tasks. Called on the thread that runs the task, for one task in order.
+class CDownloadTaskManagerObserver : public Zell::Base::IBaseObserver
+{
+public:
+    using Param = std::vector<ZellTaskKit::CTaskCallbackParam>;
+
+    virtual void UpdateDownloadTaskManagerState(const Param& reports) = 0;
+
+protected:
+    CDownloadTaskManagerObserver() = default;
+    ~CDownloadTaskManagerObserver() = default;
+};
+
+// The queue engine: runs tasks on threads of its own, as many at once as the limit says, in the order in
+// which they were handed over. All operations may be called from any thread.
+class FETCHYARDLOGICAL_API CDownloadTaskManager
+    : public Zell::Base::CSingleton<CDownloadTaskManager>,
+      public Zell::Base::CObserverableWrap<CDownloadTaskManager, CDownloadTaskManagerObserver>
+{
+public:
+    ~CDownloadTaskManager();
+
+    // Starts the engine; true also if it runs. False means that it could not start.
+    bool Init();
+    // Stops the engine: waiting tasks are taken out of the queue, running ones are stopped and waited for.
+    // False if it does not run.
+    bool Unit();
+    // Keeps the callback with which an error is turned into text, for the log and for hosts.
+    void SetTransCallback(std::function<std::string(const Zell::Base::Error::ErrorCode&)> callback);
+    // How many tasks may run at once from now on, 1 or more. Before the first call the limit is 5. A lower
+    // limit ends no task that runs.
+    void SetMaxParallelDownloadNum(const int& count);
+    // Queues the tasks. False if the engine does not run, or if the list or one of its entries is null.
+    bool AddTransferTask(const std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskBase>>& tasks);
+    // Every task that the engine knows, finished ones included, by number in the order of hand-over: a
+    // snapshot that nobody changes and that lives as long as the engine's next snapshot but one.
+    const std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>>& GetAllTask();
+    // Gives an account to the tasks that wait for one: the text is JSON with "UserName" and the ciphered
+    // "PassWord"; the login is stored, and each task held whose record is marked as sensitive gets a call of
+    // SetAccountInforToRequest before its next run. False if the text is not of that form.
+    bool SetSensitiveInfoToTask(const std::string& text);
+
+private:
+    friend class Zell::Base::CSingleton<CDownloadTaskManager>;
+    CDownloadTaskManager();
+
+    struct Core;
+    std::shared_ptr<Core> core_;
+};
+
+}  // namespace FetchyardLogical
+
+ZELL_SINGLETON_DECLARE(FetchyardLogical::CDownloadTaskManager)

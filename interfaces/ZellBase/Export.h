@@ -1,0 +1,35 @@
+#pragma once
+
+// How a symbol leaves or enters a shared library, for every library of this tree. Each library has a header
+// of its own that picks one of the two by the macro that its own build sets.
+#if defined(_WIN32)
+#define ZELL_SYMBOL_EXPORT __declspec(dllexport)
+#define ZELL_SYMBOL_IMPORT __declspec(dllimport)
+#else
+#define ZELL_SYMBOL_EXPORT __attribute__((visibility("default")))
+#define ZELL_SYMBOL_IMPORT __attribute__((visibility("default")))
+#endif
+
+// Where compilers want the mark of a template whose one instantiation is exported: GCC and Clang for ELF on
+// the template itself (the instantiation is a base, so its own mark would come too late), Windows on the
+// definition of the instantiation.
+#if defined(_WIN32)
+#define ZELL_TEMPLATE_VISIBLE
+#define ZELL_INSTANCE_DEFINED ZELL_SYMBOL_EXPORT
+#else
+#define ZELL_TEMPLATE_VISIBLE ZELL_SYMBOL_EXPORT
+#define ZELL_INSTANCE_DEFINED
+#endif
+
+#if defined(ZELLBASE_BUILD)
+#define ZELLBASE_API ZELL_SYMBOL_EXPORT
+#else
+#define ZELLBASE_API ZELL_SYMBOL_IMPORT
+#endif
+
+// The position of a printf format and of its first argument, for the compiler's check.
+#if defined(__GNUC__)
+#define ZELL_PRINTF(format_index, first_index) __attribute__((format(printf, format_index, first_index)))
+#else
+#define ZELL_PRINTF(format_index, first_index)
+#endif

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "ZellBase/Export.h"
+
+#if defined(ZELLPICTURELOADER_BUILD)
+#define ZELLPICTURELOADER_API ZELL_SYMBOL_EXPORT
+#else
+#define ZELLPICTURELOADER_API ZELL_SYMBOL_IMPORT
+#endif

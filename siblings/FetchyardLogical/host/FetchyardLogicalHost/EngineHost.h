@@ -1,0 +1,39 @@
+#pragma once
+
+#include "FetchyardLogical/Export.h"
+#include "ZellBase/Error.h"
+#include "ZellTaskKit/DownloadTypes.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+// The engine, as the program that hosts it sees it. Any thread.
+namespace FetchyardLogical {
+
+// One task of the engine, at the moment of the call.
+struct TaskView
+{
+    unsigned int number = 0;  // in the order of hand-over
+    std::string guid;
+    std::string name;
+    std::string folder;
+    ZellTaskKit::DownloadState state = ZellTaskKit::Unstarted;  // last report; Unstarted while it waits
+    Zell::Base::Error::ErrorCode error;                         // that came with it
+    std::string error_text;                                     // through the engine's text callback
+    bool is_waiting = false;                                    // in the queue
+    bool is_running = false;                                    // Exec has begun and not returned
+    unsigned long pages = 0;                                    // report pages delivered in this run
+};
+
+FETCHYARDLOGICAL_API std::vector<TaskView> ListTasks();
+// Asks a task to stop: one that waits is taken out of the queue and reported as stopped (6, or 12 for an
+// evidence export); one whose thread has started but that has not reported its start is asked once it has.
+// False if there is no such task or it has ended.
+FETCHYARDLOGICAL_API bool StopTask(const std::string& guid);
+// Asks a task to delete what it has; see ZellTaskKit::CDownloadTaskBase::Delete.
+FETCHYARDLOGICAL_API bool DeleteTask(const std::string& guid);
+// Waits until nothing waits or runs. False if the time is over first.
+FETCHYARDLOGICAL_API bool WaitUntilIdle(std::chrono::milliseconds timeout);
+
+}  // namespace FetchyardLogical

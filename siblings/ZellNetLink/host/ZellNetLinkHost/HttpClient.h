@@ -1,0 +1,80 @@
+#pragma once
+
+#include "ZellBase/Error.h"
+#include "ZellNetLink/Export.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+// HTTP for the siblings: one thread and one connection pool for all calls.
+namespace ZellNetLink {
+
+// Modules of the error codes that a transfer can end with.
+inline constexpr int kModuleHttp = 21;       // the code is the HTTP status
+inline constexpr int kModuleTransport = 22;  // the code is libcurl's
+inline constexpr int kModuleAnswer = 23;     // the answer can't be used, see AnswerError
+
+enum AnswerError : int {
+    AnswerNotUnderstood = 1,  // not the format that was asked for
+    AnswerTooLarge = 2,
+    AnswerRefusedBySink = 3,  // the sink said no
+    SiteUnknown = 4,          // the client's settings do not name the site
+    NotStarted = 5,           // the library that was asked is not running
+    Cancelled = 6,
+};
+
+struct HttpRequest
+{
+    std::string method = "GET";
+    std::string url;  // http or https
+    std::string body;
+    std::vector<std::string> headers;  // "Name: value"
+    std::string user;                  // sent as HTTP Basic when not empty
+    std::string password;
+    unsigned long timeout_ms = 60000;    // of the whole transfer; connecting has 10 s at most
+    std::size_t max_body = 1024u << 20;  // bytes; a larger answer ends with AnswerTooLarge
+    std::int64_t range_from = 0;         // above 0: asks for the bytes from there on
+    // Where the body goes, if not to HttpResponse::body: called on the client's thread, piece by piece, only
+    // for a status of 200 to 299; false ends the transfer. start is the offset of the first byte: 0, or
+    // range_from if the server's Content-Range confirms it.
+    std::function<bool(std::int64_t start, const char* data, std::size_t size)> sink;
+};
+
+struct HttpResponse
+{
+    Zell::Base::Error::ErrorCode error;  // (0, 0): status 200 to 299 and the body is whole
+    long status = 0;                     // 0 if no answer came
+    std::string body;
+    std::map<std::string, std::string> headers;  // names in lower case
+};
+
+class ZELLNETLINK_API HttpClient
+{
+public:
+    using Done = std::function<void(HttpResponse&&)>;
+
+    static HttpClient& Instance();
+
+    // Sends and waits, on the calling thread.
+    HttpResponse Perform(HttpRequest request);
+    // Sends and returns; done is called once, on the client's thread, and must not block or call Perform.
+    std::uint64_t Start(HttpRequest request, Done done);
+    // Ends a transfer: done is called with Cancelled unless it was called already. Returns at once.
+    void Cancel(std::uint64_t id);
+
+    HttpClient(const HttpClient&) = delete;
+    HttpClient& operator=(const HttpClient&) = delete;
+
+private:
+    HttpClient();
+    ~HttpClient();
+
+    struct Core;
+    Core* core_;
+};
+
+}  // namespace ZellNetLink
