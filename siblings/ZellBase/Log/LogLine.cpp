@@ -1,0 +1,60 @@
+#include "Log/LogLine.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Zell::Base::details {
+namespace {
+
+// The cut may have gone through a letter.
+void DropCutLetter(std::string& text)
+{
+    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80)
+        text.pop_back();
+    if (!text.empty() && static_cast<unsigned char>(text.back()) >= 0xC0)
+        text.pop_back();
+}
+
+std::string FormatLong(const char* format, std::va_list arguments, std::size_t size) ZELL_PRINTF(1, 0);
+std::string FormatLong(const char* format, std::va_list arguments, std::size_t size)
+{
+    const bool cut = size > kLongestLogText;
+    std::string text(std::min(size, kLongestLogText) + 1, '\0');
+    if (std::vsnprintf(text.data(), text.size(), format, arguments) < 0)
+        return format;
+    text.pop_back();
+    if (cut) {
+        DropCutLetter(text);
+        text += "...";
+    }
+    return text;
+}
+
+void KeepOnOneLine(std::string& text)
+{
+    for (std::size_t at = text.find_first_of("\r\n"); at != std::string::npos;
+         at = text.find_first_of("\r\n", at + 2))
+        text.replace(at, 1, text[at] == '\n' ? "\\n" : "\\r");
+}
+
+}  // namespace
+
+std::string FormatLogText(const char* format, std::va_list arguments)
+{
+    char line[1024];
+    std::va_list again;
+    va_copy(again, arguments);
+    const int size = std::vsnprintf(line, sizeof line, format, arguments);
+    std::string text;
+    if (size < 0)
+        text = format;
+    else if (static_cast<std::size_t>(size) < sizeof line)
+        text.assign(line, static_cast<std::size_t>(size));
+    else
+        text = FormatLong(format, again, static_cast<std::size_t>(size));
+    va_end(again);
+    KeepOnOneLine(text);
+    return text;
+}
+
+}  // namespace Zell::Base::details
