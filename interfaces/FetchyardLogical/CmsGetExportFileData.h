@@ -19,6 +19,10 @@ struct FETCHYARDLOGICAL_API CmsGetExportFileData
     // without rows and with a page_index that is not 1, so that a closing write starts nothing anew (none at
     // all if page 1 itself failed). Picture cells with cacheable addresses are fetched ahead from here on.
     static bool GetExportFileDataList(CmsGetExportFileData& data, const RequstData& request);
+
+    // Tells the server, which generates a report itself, to stop or to delete it: str_request is JSON with
+    // "OperateType" (1 stop, 2 delete) and "TaskId". True if the server took it. Any thread.
+    static bool TakeOperateActionToServer(const RequstData& request);
 };
 
 }  // namespace FetchyardLogical
