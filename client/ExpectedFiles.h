@@ -1,0 +1,23 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace FetchyardClient {
+
+// A file that a request asks for.
+struct ExpectedFile
+{
+    std::string path;
+    bool is_report = false;  // the report or the archive, as against a file beside it
+    std::string password;    // of an archive
+};
+
+// The files that a report export leaves when all goes well. name and folder are those of the task: report name
+// without suffix, and export folder with its final "/". An export that is packed leaves its archive alone.
+std::vector<ExpectedFile> ExpectedFiles(const nlohmann::json& request, const std::string& name,
+                                        const std::string& folder);
+
+}  // namespace FetchyardClient

@@ -1,0 +1,112 @@
+#include "LibraryHost.h"
+
+#include "ZellBase/FileSystem.h"
+#include "ZellBase/Log.h"
+#include "ZellBase/Util.h"
+#include "ZellBaseHost/LogHost.h"
+
+#include <cstdlib>
+
+namespace FetchyardClient {
+
+using FetchyardBussiness::CDownloadBussinessManager;
+
+namespace {
+
+// Where the archive step and the PDF tool put what is not finished yet.
+constexpr char kScratchFolder[] = "Fetchyard/";
+
+std::string WithSeparator(std::string folder)
+{
+    for (char& letter : folder) {
+        if (letter == '\\')
+            letter = '/';
+    }
+    if (!folder.empty() && folder.back() != '/')
+        folder += '/';
+    return folder;
+}
+
+bool MakeFolder(const std::string& folder, std::string& reason)
+{
+    if (Zell::Base::FileSystem::MakeFullDir(folder.c_str()) == 0)
+        return true;
+    reason = "the folder " + folder + " can't be made";
+    return false;
+}
+
+void ApplyOptions(const HostOptions& options, ZellClientHost::ClientSettings& settings)
+{
+    if (!options.save_folder.empty())
+        settings.save_path = WithSeparator(options.save_folder);
+    if (settings.save_path.empty())
+        settings.save_path = settings.data_path + "Exports/";
+    if (!options.station.empty())
+        settings.sites[0] = options.station;
+    for (const auto& [site, address] : options.sites)
+        settings.sites[site] = address;
+    if (!options.user.empty()) {
+        const char* password = std::getenv("FETCHYARD_PASSWORD");
+        settings.user_name = options.user;
+        settings.password = password != nullptr ? password : "";
+    }
+}
+
+}  // namespace
+
+bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& settings, std::string& reason)
+{
+    settings = ZellClientHost::GetClientSettings();
+    if (!options.data_folder.empty()) {
+        settings.data_path = WithSeparator(options.data_folder);
+        settings.public_data_path = settings.data_path + "Public/";
+    }
+    if (!MakeFolder(settings.data_path, reason))
+        return false;
+    const std::string file = settings.data_path + "client.json";
+    Zell::Base::FileSystem::SearchFileParam search{settings.data_path, false, false};
+    std::vector<Zell::Base::FileSystem::FileInfo> files;
+    Zell::Base::FileSystem::GetFilesInDir(search, files);
+    for (const auto& entry : files) {
+        if (entry.name == "client.json" && !ZellClientHost::LoadClientSettings(file, settings, reason))
+            return false;
+    }
+    ApplyOptions(options, settings);
+    if (settings.client_guid.empty()) {
+        settings.client_guid = Zell::Base::GuidUtil::CreateGuid();
+    }
+    return MakeFolder(settings.public_data_path + kScratchFolder, reason) && MakeFolder(settings.save_path, reason);
+}
+
+bool LibraryHost::Start(const HostOptions& options, std::string& reason)
+{
+    ZellClientHost::ClientSettings settings;
+    if (!MakeSettings(options, settings, reason))
+        return false;
+    ZellClientHost::SetClientSettings(settings);
+    const std::string log = options.log_file.empty() ? settings.data_path + "fetchyard.log" : options.log_file;
+    const int level = options.verbose ? Zell::Base::details::kLogInfo : Zell::Base::details::kLogError;
+    if (!Zell::Base::details::SetLogFile(log, level)) {
+        reason = "the log " + log + " can't be written";
+        return false;
+    }
+    CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
+    if (!manager.Init()) {
+        reason = "the download engine can't be started";
+        return false;
+    }
+    started_ = manager.RegisterObserver(&watch_);
+    return started_;
+}
+
+LibraryHost::~LibraryHost()
+{
+    if (!started_)
+        return;
+    CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
+    manager.SyncUnregisterObserver(&watch_);
+    manager.Unit();
+    Zell::Base::details::FlushLog();
+}
+
+}  // namespace FetchyardClient

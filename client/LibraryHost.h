@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TaskWatch.h"
+#include "ZellClientHostSettings/ClientSettings.h"
+
+#include <map>
+#include <string>
+
+namespace FetchyardClient {
+
+// What the command line says of the client as a whole.
+struct HostOptions
+{
+    std::string data_folder;  // empty: the user's data folder of the platform
+    std::string save_folder;  // empty: what the settings file says
+    std::string station;      // address of site 0
+    std::map<unsigned int, std::string> sites;
+    std::string user;  // its password comes from the environment variable FETCHYARD_PASSWORD
+    std::string log_file;
+    bool verbose = false;
+};
+
+// Works out the settings: the platform's defaults, then <data folder>/client.json, then the options. False with
+// the reason if the settings file is wrong or the folders can't be made.
+bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& settings, std::string& reason);
+
+// Hosts the library for the life of the object: settings, log, start, observer; and stops it again.
+class LibraryHost
+{
+public:
+    LibraryHost() = default;
+    LibraryHost(const LibraryHost&) = delete;
+    LibraryHost& operator=(const LibraryHost&) = delete;
+    ~LibraryHost();
+
+    // False with the reason in words if the library can't be started.
+    bool Start(const HostOptions& options, std::string& reason);
+    TaskWatch& Watch() { return watch_; }
+
+private:
+    TaskWatch watch_;
+    bool started_ = false;
+};
+
+}  // namespace FetchyardClient

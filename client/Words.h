@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ZellTaskKit/DownloadTypes.h"
+
+#include <chrono>
+#include <string>
+
+// How the client says things to a person.
+namespace FetchyardClient {
+
+// A task's state in a word or two: "running", "finished", "stopped" ...
+std::string StateWords(ZellTaskKit::DownloadState state);
+// 4 or 10: all done.
+bool IsSuccess(ZellTaskKit::DownloadState state);
+// 4, 5, 6, 10, 11, 12 or 200.
+bool IsEnd(ZellTaskKit::DownloadState state);
+// "1,234,567"
+std::string GroupedNumber(unsigned long long number);
+// Bytes in binary units, as "12.3 MiB".
+std::string SizeWords(unsigned long long bytes);
+// "01:02", "1:02:03"
+std::string DurationWords(std::chrono::milliseconds duration);
+
+}  // namespace FetchyardClient
