@@ -1,0 +1,87 @@
+#include "KeyCommands.h"
+
+#include "RequestCheck.h"
+#include "RunCommand.h"
+#include "ZellTaskKit/ClientServices.h"
+#include "ZellTaskKitHost/SensitiveKey.h"
+
+#include <QFile>
+
+#include <cstdio>
+#include <iostream>
+
+namespace FetchyardClient {
+
+namespace {
+
+bool UseSettings(const HostOptions& options)
+{
+    ZellClientHost::ClientSettings settings;
+    std::string reason;
+    if (MakeSettings(options, settings, reason)) {
+        ZellClientHost::SetClientSettings(settings);
+        return true;
+    }
+    std::fprintf(stderr, "%s\n", reason.c_str());
+    return false;
+}
+
+}  // namespace
+
+int CipherCommand(const HostOptions& options)
+{
+    if (!UseSettings(options))
+        return kSomethingFailed;
+    std::string password;
+    std::getline(std::cin, password);
+    std::string ciphered;
+    if (!ZellTaskKit::PrivateEncrypt::AESEncryptForSensitiveInfor(ciphered, password)) {
+        std::fprintf(stderr, "the key %s can't be used\n", ZellTaskKit::SensitiveKeyPath().c_str());
+        return kSomethingFailed;
+    }
+    std::printf("%s\n", ciphered.c_str());
+    return kAllWell;
+}
+
+int ShareKeyCommand(const HostOptions& options, const std::string& target)
+{
+    if (!UseSettings(options))
+        return kSomethingFailed;
+    if (!ZellTaskKit::EnsureSensitiveKey()) {
+        std::fprintf(stderr, "the key %s can't be made\n", ZellTaskKit::SensitiveKeyPath().c_str());
+        return kSomethingFailed;
+    }
+    QFile source(QString::fromStdString(ZellTaskKit::SensitiveKeyPath()));
+    QFile copy(QString::fromStdString(target));
+    if (!source.open(QIODevice::ReadOnly) || !copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) ||
+        !copy.setPermissions(QFile::ReadOwner | QFile::WriteOwner) || copy.write(source.readAll()) < 0 ||
+        !copy.flush()) {
+        std::fprintf(stderr, "%s: %s\n", target.c_str(), copy.errorString().toStdString().c_str());
+        return kSomethingFailed;
+    }
+    return kAllWell;
+}
+
+int CheckCommand(const std::vector<std::string>& paths)
+{
+    std::vector<RequestSource> requests;
+    if (!ReadRequests(paths, requests))
+        return kBadInput;
+    bool good = true;
+    for (const RequestSource& source : requests) {
+        nlohmann::json request;
+        std::vector<Violation> violations;
+        if (ParseRequest(source.text, request, violations))
+            violations = CheckRequest(request);
+        for (const Violation& violation : violations)
+            std::printf("%s: %s: %s\n", source.label.c_str(),
+                        violation.path.empty() ? "the request" : violation.path.c_str(),
+                        violation.words.c_str());
+        if (violations.empty())
+            std::printf("%s: fits\n", source.label.c_str());
+        good = good && violations.empty();
+    }
+    return good ? kAllWell : kBadInput;
+}
+
+}  // namespace FetchyardClient

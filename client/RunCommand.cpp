@@ -1,0 +1,219 @@
+#include "RunCommand.h"
+
+#include "ExpectedFiles.h"
+#include "FetchyardLogicalHost/EngineHost.h"
+#include "OpenCheck.h"
+#include "Platform/Terminal.h"
+#include "ProgressView.h"
+#include "RequestCheck.h"
+#include "Trouble.h"
+#include "Words.h"
+#include "ZellTaskKit/ClientServices.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+namespace FetchyardClient {
+
+using FetchyardBussiness::CDownloadBussinessManager;
+using FetchyardLogical::TaskView;
+using nlohmann::json;
+
+namespace {
+
+constexpr std::chrono::milliseconds kTick(200);
+
+volatile std::sig_atomic_t interrupts = 0;
+
+void OnInterrupt(int /*signal*/)
+{
+    interrupts = interrupts + 1;
+    if (interrupts > 1)
+        std::_Exit(130);
+}
+
+// A request on its way.
+struct Job
+{
+    RequestSource source;
+    json request;
+    std::vector<std::string> guids;
+};
+
+bool Accept(const RequestSource& source, Job& job)
+{
+    std::vector<Violation> violations;
+    job.source = source;
+    if (ParseRequest(source.text, job.request, violations))
+        violations = CheckRequest(job.request);
+    for (const Violation& violation : violations)
+        std::fprintf(stderr, "%s: %s: %s\n", source.label.c_str(),
+                     violation.path.empty() ? "the request" : violation.path.c_str(),
+                     violation.words.c_str());
+    return violations.empty();
+}
+
+bool EncipherPassword(Job& job)
+{
+    const json::json_pointer pointer(
+        "/FileExportRequest/RequestData/ExportFileParam/CheckPasswordRequest/PassWord");
+    if (!job.request.contains(pointer))
+        return true;
+    std::string ciphered;
+    if (!ZellTaskKit::PrivateEncrypt::AESEncryptForSensitiveInfor(ciphered, job.request[pointer]))
+        return false;
+    job.request[pointer] = ciphered;
+    job.source.text = job.request.dump();
+    return true;
+}
+
+bool HandOver(Job& job)
+{
+    try {
+        if (CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text}))
+            return true;
+        std::fprintf(stderr, "%s: the library made no task of it\n", job.source.label.c_str());
+    } catch (const std::exception& error) {
+        std::fprintf(stderr,
+                     "%s: the library can't shorten its path, which is over 259 bytes: use a shorter folder "
+                     "or a longer name (%s)\n",
+                     job.source.label.c_str(), error.what());
+    }
+    return false;
+}
+
+void StopAll(const std::vector<std::string>& guids, ProgressView& view)
+{
+    view.Say("stopping; interrupt once more to leave at once");
+    for (const std::string& guid : guids)
+        FetchyardLogical::StopTask(guid);
+}
+
+void WatchUntilIdle(const std::vector<std::string>& guids, ProgressView& view, Trouble& trouble)
+{
+    bool stopping = false;
+    bool idle = false;
+    while (!idle) {
+        idle = FetchyardLogical::WaitUntilIdle(kTick);
+        for (const std::string& words : trouble.Take())
+            view.Say("trouble: " + words);
+        view.Show(guids, ProgressView::Clock::now());
+        if (interrupts > 0 && !stopping) {
+            stopping = true;
+            StopAll(guids, view);
+        }
+    }
+}
+
+bool TellFiles(const Job& job, const TaskView& task)
+{
+    bool all_there = true;
+    std::size_t beside = 0;
+    unsigned long long bytes_beside = 0;
+    for (const ExpectedFile& file : ExpectedFiles(job.request, task.name, task.folder)) {
+        const std::string wrong = WhyItDoesNotOpen(file);
+        const auto size =
+            static_cast<unsigned long long>(QFileInfo(QString::fromStdString(file.path)).size());
+        if (!wrong.empty()) {
+            std::printf("  %s %s\n", file.path.c_str(), wrong.c_str());
+            all_there = false;
+        } else if (file.is_report) {
+            std::printf("  wrote %s (%s)\n", file.path.c_str(), SizeWords(size).c_str());
+        } else {
+            ++beside;
+            bytes_beside += size;
+        }
+    }
+    if (beside > 0)
+        std::printf("  and %zu files of the request below %s (%s)\n", beside, task.folder.c_str(),
+                    SizeWords(bytes_beside).c_str());
+    return all_there;
+}
+
+bool TellEnd(const Job& job, const std::vector<TaskView>& tasks)
+{
+    bool all_well = !job.guids.empty();
+    for (const std::string& guid : job.guids) {
+        const auto task =
+            std::find_if(tasks.begin(), tasks.end(), [&](const TaskView& t) { return t.guid == guid; });
+        if (task == tasks.end())
+            return false;
+        std::printf("%s: %s", task->name.c_str(), StateWords(task->state).c_str());
+        if (!IsSuccess(task->state)) {
+            const std::string& text = task->error_text;
+            std::printf("%s%s\n", text.empty() ? "" : ": ", text.c_str());
+            all_well = false;
+            continue;
+        }
+        std::printf("\n");
+        all_well = TellFiles(job, *task) && all_well;
+    }
+    return all_well;
+}
+
+bool PrepareJobs(const RunOptions& options, std::vector<Job>& jobs)
+{
+    for (Job& job : jobs) {
+        if (options.encipher_passwords && !EncipherPassword(job)) {
+            std::fprintf(stderr, "%s: the password can't be ciphered; look at the key in the data folder\n",
+                         job.source.label.c_str());
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool ReadRequests(const std::vector<std::string>& paths, std::vector<RequestSource>& requests)
+{
+    for (const std::string& path : paths) {
+        QFile file(QString::fromStdString(path));
+        if (!file.open(QIODevice::ReadOnly)) {
+            std::fprintf(stderr, "%s: %s\n", path.c_str(), file.errorString().toStdString().c_str());
+            return false;
+        }
+        requests.push_back({path, file.readAll().toStdString()});
+    }
+    return true;
+}
+
+int RunRequests(const RunOptions& options, const std::vector<RequestSource>& requests)
+{
+    std::vector<Job> jobs(requests.size());
+    bool acceptable = true;
+    for (std::size_t i = 0; i < requests.size(); ++i)
+        acceptable = Accept(requests[i], jobs[i]) && acceptable;
+    if (!acceptable)
+        return kBadInput;
+
+    LibraryHost host;
+    std::string reason;
+    if (!host.Start(options.host, reason)) {
+        std::fprintf(stderr, "%s\n", reason.c_str());
+        return kSomethingFailed;
+    }
+    if (!PrepareJobs(options, jobs))
+        return kBadInput;
+    std::signal(SIGINT, OnInterrupt);
+    Trouble trouble;
+    ProgressView view(IsTerminal());
+    std::vector<std::string> guids;
+    bool all_well = true;
+    for (Job& job : jobs) {
+        all_well = HandOver(job) && all_well;
+        guids.insert(guids.end(), job.guids.begin(), job.guids.end());
+    }
+    WatchUntilIdle(guids, view, trouble);
+    const std::vector<TaskView> tasks = FetchyardLogical::ListTasks();
+    for (const Job& job : jobs)
+        all_well = TellEnd(job, tasks) && all_well;
+    return all_well ? kAllWell : kSomethingFailed;
+}
+
+}  // namespace FetchyardClient

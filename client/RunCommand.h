@@ -1,0 +1,39 @@
+#pragma once
+
+#include "LibraryHost.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace FetchyardClient {
+
+// Ends of the program.
+enum ExitCode : int {
+    kAllWell = 0,
+    kSomethingFailed =
+        1,          // a task did not finish, or a file that was asked for is not there or does not open
+    kBadInput = 2,  // a request was refused before it was begun, or the command line is wrong
+};
+
+// A request's text and what to call it when it is talked about.
+struct RequestSource
+{
+    std::string label;
+    std::string text;
+};
+
+struct RunOptions
+{
+    HostOptions host;
+    bool encipher_passwords = false;  // "PassWord" of the requests is in clear and is ciphered first
+};
+
+// Reads request files; false, with a message printed, if one can't be read.
+bool ReadRequests(const std::vector<std::string>& paths, std::vector<RequestSource>& requests);
+// Checks the requests, runs them all, shows them, and looks at what they left. Ctrl-C stops the tasks in
+// order; a second one leaves at once.
+int RunRequests(const RunOptions& options, const std::vector<RequestSource>& requests);
+
+}  // namespace FetchyardClient

@@ -1,0 +1,91 @@
+#include "DemoCommand.h"
+#include "KeyCommands.h"
+#include "RunCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <QCoreApplication>
+
+namespace {
+
+using namespace FetchyardClient;
+
+// "--site 7=http://host:port"
+std::string ReadSites(const std::vector<std::string>& texts, HostOptions& options)
+{
+    for (const std::string& text : texts) {
+        const std::size_t equals = text.find('=');
+        const bool digits = equals != std::string::npos && equals > 0 && equals < 10 &&
+                            text.find_first_not_of("0123456789") == equals;
+        if (!digits)
+            return "--site " + text + " is not NUMBER=ADDRESS";
+        options.sites[static_cast<unsigned int>(std::stoul(text.substr(0, equals)))] =
+            text.substr(equals + 1);
+    }
+    return "";
+}
+
+struct CommandLine
+{
+    RunOptions run;
+    std::vector<std::string> sites;
+    std::vector<std::string> requests;
+    std::string out_folder = "fetchyard-demo";
+    std::string key_target;
+};
+
+void AddHostOptions(CLI::App& app, CommandLine& line)
+{
+    HostOptions& host = line.run.host;
+    app.add_option("--data", host.data_folder, "data folder of the client (default: the user's)");
+    app.add_option("--station", host.station, "address of the station, as http://127.0.0.1:8080");
+    app.add_option("--site", line.sites, "address of a further site, as 7=http://127.0.0.1:8081");
+    app.add_option("--save", host.save_folder, "where exports go that name no folder");
+    app.add_option("--user", host.user,
+                   "account at the station; the password is read from FETCHYARD_PASSWORD");
+    app.add_option("--log", host.log_file, "log file (default: fetchyard.log in the data folder)");
+    app.add_flag("--verbose", host.verbose, "log everything, not only errors");
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("fetchyard");
+
+    CommandLine line;
+    CLI::App app("Runs downloads and exports of a video-security station.");
+    app.require_subcommand(1);
+    app.fallthrough();
+    AddHostOptions(app, line);
+    CLI::App* run = app.add_subcommand("run", "run request files and wait for their ends");
+    run->add_option("request", line.requests, "request files, JSON")->required();
+    run->add_flag("--encipher", line.run.encipher_passwords,
+                  "\"PassWord\" in the requests is in clear: cipher it");
+    CLI::App* check = app.add_subcommand("check", "check request files against their schema");
+    check->add_option("request", line.requests, "request files, JSON")->required();
+    CLI::App* demo = app.add_subcommand("demo", "export events of a seeded station in several forms");
+    demo->add_option("--out", line.out_folder, "folder for the results")->capture_default_str();
+    CLI::App* cipher = app.add_subcommand("cipher", "cipher a password from standard input for a request");
+    CLI::App* share = app.add_subcommand("share-key", "copy the key of ciphered passwords, for a station");
+    share->add_option("target", line.key_target, "file to write; it must not exist")->required();
+    CLI11_PARSE(app, argc, argv);
+
+    const std::string wrong = ReadSites(line.sites, line.run.host);
+    if (!wrong.empty()) {
+        std::cerr << wrong << "\n";
+        return kBadInput;
+    }
+    if (check->parsed())
+        return CheckCommand(line.requests);
+    if (demo->parsed())
+        return DemoCommand(line.run.host, line.out_folder);
+    if (cipher->parsed())
+        return CipherCommand(line.run.host);
+    if (share->parsed())
+        return ShareKeyCommand(line.run.host, line.key_target);
+    std::vector<RequestSource> requests;
+    if (run->parsed() && !ReadRequests(line.requests, requests))
+        return kBadInput;
+    return RunRequests(line.run, requests);
+}
