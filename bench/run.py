@@ -1,0 +1,148 @@
+"""Measures the built release beside public peers in one run, prints a table and writes a list of rows as JSON.
+
+run.py --build build/release --out build/bench.json [NAME...]
+"""
+import argparse
+import contextlib
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import urllib.request
+
+ROWS = 1_000_000
+PICTURES = 2_000
+PEERS = pathlib.Path(__file__).resolve().parent / "peers"
+
+
+def measure(command, **options):
+    """Runs a program; its last line of output in seconds, or None, and its peak memory in MB."""
+    with tempfile.TemporaryFile("w+") as output:
+        process = subprocess.Popen([str(part) for part in command], stdout=output, **options)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        output.seek(0)
+        lines = output.read().split("\n")
+    if process.returncode != 0:
+        sys.exit(f"{command[0]} ended with {process.returncode}: {lines[-5:]}")
+    numbers = [line for line in lines if line.replace(".", "", 1).isdigit()]
+    return float(numbers[-1]) if numbers else None, usage.ru_maxrss / 1024
+
+
+class Bench:
+    def __init__(self, build):
+        self.bin = pathlib.Path(build).resolve() / "bin"
+        self.rows = []
+
+    def add(self, name, unit, count, ours, peer, peer_is, memory):
+        self.rows.append({
+            "name": name, "unit": unit, "ours": round(count / ours, 1), "peer": round(count / peer, 1),
+            "peer_is": peer_is, "ratio": round(peer / ours, 3), "peak_memory_mb": round(memory, 1)})
+        print_row(self.rows[-1])
+
+    @contextlib.contextmanager
+    def folder(self):
+        with tempfile.TemporaryDirectory(prefix="fetchyard-bench-") as path:
+            yield pathlib.Path(path)
+
+    def from_memory(self, name, kind, peer, peer_is):
+        with self.folder() as folder:
+            ours, memory = measure([self.bin / "bench_memory", kind, folder, ROWS])
+            shutil.rmtree(folder / "bench", ignore_errors=True)
+            seconds, _ = measure([*peer, folder / "peer", ROWS])
+            self.add(name, "rows/s", ROWS, ours, seconds, peer_is, memory)
+
+    def csv(self):
+        self.from_memory("csv", "csv", [sys.executable, PEERS / "csv_module.py"], "Python's csv module")
+
+    def csv_writer(self):
+        self.from_memory("csv-writer", "csv-writer", [sys.executable, PEERS / "csv_module.py"], "Python's csv module")
+
+    def xlsx(self):
+        self.from_memory("xlsx", "xlsx", [self.bin / "bench_peer_xlsx"], "bare libxlsxwriter loop, one format")
+
+    @contextlib.contextmanager
+    def station(self, folder):
+        process = subprocess.Popen(
+            [self.bin / "station", "serve", "--data", folder / "station", "--port", "0", "--control"],
+            stdout=subprocess.PIPE, text=True)
+        try:
+            yield process.stdout.readline().split()[-1]
+        finally:
+            process.terminate()
+            process.wait()
+
+    def seed(self, folder):
+        subprocess.run([self.bin / "station", "seed", "--data", folder / "station", "--events", "10"], check=True,
+                       stdout=subprocess.DEVNULL)
+
+    def export(self, folder, url, condition, kind=1):
+        request = {"FileExportRequest": {"FileExportType": 0, "RequestData": {
+            "ExportFileParam": {"RequestMethod": "POST", "RequestAPI": "/api/v1/synthetic/report",
+                                "RequestCondition": json.dumps(condition, separators=(",", ":"))},
+            "WriteFileCondition": {"ExportFileName": "bench", "ExportFileType": kind,
+                                   "SaveFilePathDir": f"{folder}/"}}}}
+        path = folder / "request.json"
+        path.write_text(json.dumps(request))
+        command = [self.bin / "fetchyard", "--data", folder / "data", "--station", url, "run", path]
+        return measure(["bash", "-c", 'TIMEFORMAT=%R; { time "$@" >/dev/null; } 2>&1', "bash", *command])
+
+    def csv_station(self):
+        condition = {"PageIndex": 1, "PageSize": 1000, "Rows": ROWS, "Columns": 10, "Pictures": 0}
+        with self.folder() as folder:
+            self.seed(folder)
+            with self.station(folder) as url:
+                ours, memory = self.export(folder, url, condition)
+                peer, _ = measure([sys.executable, PEERS / "station_report.py", f"{url}/api/v1/synthetic/report",
+                                   json.dumps(condition), folder / "peer.csv"])
+                self.add("csv-station", "rows/s", ROWS, ours, peer, "Python script (urllib, json, csv)", memory)
+
+    def pictures(self, delay):
+        condition = {"PageIndex": 1, "PageSize": 100, "Rows": PICTURES, "Columns": 3, "Pictures": 1}
+        with self.folder() as folder:
+            self.seed(folder)
+            with self.station(folder) as url:
+                if delay:
+                    fault = {"Path": "/synthetic/pictures/", "Kind": "delay", "DelayMs": delay, "Count": -1}
+                    urllib.request.urlopen(urllib.request.Request(
+                        f"{url}/control/faults", json.dumps(fault).encode(), {"Content-Type": "application/json"}))
+                ours, memory = self.export(folder, url, condition)
+                (folder / "peer").mkdir()
+                peer, _ = measure([sys.executable, PEERS / "pictures.py", f"{url}/synthetic/pictures/", PICTURES,
+                                   folder / "peer"])
+                self.add(f"pictures-{delay}ms", "pictures/s", PICTURES, ours, peer,
+                         "Python script, one connection", memory)
+
+    def pictures_fast(self):
+        self.pictures(0)
+
+    def pictures_slow(self):
+        self.pictures(20)
+
+
+BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "csv-station": Bench.csv_station,
+           "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow}
+
+
+def print_row(row):
+    print(f"{row['name']:<14} {row['ours']:>12,.0f} {row['unit']:<10} peer {row['peer']:>12,.0f}  "
+          f"x{row['ratio']:<6} {row['peak_memory_mb']:>7.1f} MB  {row['peer_is']}", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", required=True)
+    parser.add_argument("--out", required=True)
+    parser.add_argument("names", nargs="*", choices=[[], *BENCHES])
+    arguments = parser.parse_args()
+    bench = Bench(arguments.build)
+    for name in arguments.names or BENCHES:
+        BENCHES[name](bench)
+    pathlib.Path(arguments.out).write_text(json.dumps(bench.rows, indent=2) + "\n")
+
+
+if __name__ == "__main__":
+    main()
