@@ -1,0 +1,71 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <string>
+#include <vector>
+
+namespace SystemTest {
+
+// The client in a folder of its own, with everything it makes below it.
+class ClientRun
+{
+public:
+    struct Result
+    {
+        int exit_code = -1;
+        bool crashed = false;
+        std::string output;  // both streams, as they came
+    };
+
+    ClientRun();
+
+    // Arguments of the whole client, such as --station, for every run from now on.
+    void UseStation(const std::string& address) { station_ = address; }
+    void SetEnvironment(const QString& name, const QString& value);
+    void PutInFront(const QStringList& words) { in_front_ = words; }
+
+    // Runs a command and waits for its end.
+    Result Run(const QStringList& words, const std::string& input = "");
+    // Writes the requests to files and runs them.
+    Result RunRequests(const std::vector<nlohmann::json>& requests);
+    Result RunTexts(const std::vector<std::string>& texts);
+    // Starts the same without waiting; Finish waits for the end.
+    void StartRequests(const std::vector<nlohmann::json>& requests);
+    // Waits until the output holds the words; false if the client ends before.
+    bool WaitForOutput(const std::string& words);
+    void Interrupt();
+    Result Finish();
+
+    // Folder for exports, with its final "/".
+    std::string ExportFolder() const;
+    std::string Path(const std::string& below) const;
+
+private:
+    QStringList WriteRequests(const std::vector<std::string>& texts);
+    void Start(const QStringList& words);
+
+    QTemporaryDir folder_;
+    QProcess process_;
+    QStringList in_front_;
+    std::string station_;
+    std::string output_;
+};
+
+// A report of the station's events: name, format (0 Excel, 1 CSV), pictures ("none", "embedded", "linked"),
+// number of rows. Its folder is the export folder of the run.
+nlohmann::json ReportRequest(const ClientRun& run, const std::string& name, int type,
+                             const std::string& pictures, int rows);
+// The object of the request with that name ("ExportFileParam", "WriteFileCondition").
+nlohmann::json& Section(nlohmann::json& request, const char* name);
+
+// Runs a Python check of the folder checks/ and returns what it prints; its failure is the test's.
+std::string Check(const QStringList& words);
+bool Exists(const std::string& path);
+std::vector<std::string> FilesBelow(const std::string& folder);
+
+}  // namespace SystemTest

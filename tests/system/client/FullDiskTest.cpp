@@ -1,0 +1,53 @@
+#include "ClientRun.h"
+#include "StationFixture.h"
+
+#include <gtest/gtest.h>
+
+using nlohmann::json;
+using namespace SystemTest;
+
+namespace {
+
+// Exports onto a file system of 200 KiB of their own, in a mount namespace that ends with the client. What is
+// there at the end is listed, since nobody else can see it.
+class ClientFullDisk : public StationFixture
+{
+protected:
+    ClientRun::Result RunOnSmallDisk(const json& request)
+    {
+        client_.PutInFront({"unshare", "--user", "--map-root-user", "--mount", "sh", "-c",
+                            "mount -t tmpfs -o size=200k small \"$0\" && { \"$@\"; code=$?; find \"$0\" "
+                            "-type f; exit $code; }",
+                            QString::fromStdString(client_.ExportFolder())});
+        return client_.RunRequests({request});
+    }
+};
+
+}  // namespace
+
+TEST_F(ClientFullDisk, CsvThatDidNotReachTheDiskFailsAndLeavesNoReport)
+{
+    const auto result = RunOnSmallDisk(ReportRequest(client_, "Full", 1, "none", 3000));
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_EQ(result.output.find("out/Full/Full.csv\n"), std::string::npos) << result.output;
+}
+
+TEST_F(ClientFullDisk, WorkbookThatDidNotReachTheDiskIsToldAndLeavesNoReport)
+{
+    const auto result = RunOnSmallDisk(ReportRequest(client_, "Full", 0, "none", 3000));
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_NE(result.output.find("trouble: "), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("Full.xlsx is missing"), std::string::npos) << result.output;
+}
+
+TEST_F(ClientFullDisk, PicturesThatDoNotFitLeaveNoHalfFile)
+{
+    json request = ReportRequest(client_, "Full", 1, "none", 5);
+    for (int i = 1; i <= 20; ++i)
+        Section(request, "DownloadFiles")["ImageDownload"].push_back(
+            {{"Imageurl", "/pictures/event-" + std::to_string(i) + ".jpg"}});
+    const auto result = RunOnSmallDisk(request);
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_NE(result.output.find("20.jpg is missing"), std::string::npos) << result.output;
+    EXPECT_EQ(result.output.find("is no picture"), std::string::npos) << result.output;
+}
