@@ -1,0 +1,122 @@
+#include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
+#include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/Log.h"
+
+namespace FetchyardBussiness {
+
+using Zell::Base::Error::SetLastError;
+
+namespace {
+
+// The call that fetches an object.
+enum UploadType : int {
+    kPicture = 0,
+    kFile = 1,
+    kLocalStoragePicture = 2,
+};
+
+bool IsKnown(int upload_type)
+{
+    return upload_type == kPicture || upload_type == kFile || upload_type == kLocalStoragePicture;
+}
+
+bool Fetch(ZellTaskKit::CFileDownloader& downloader, const ShortVideoItem& clip)
+{
+    const std::string target = clip.save_path + clip.file_name;
+    switch (clip.EnumUpLoadType) {
+        case kPicture:
+            return downloader.DownloadFileByPic(clip.str_shortvideo_url, target, {}, nullptr,
+                                                clip.EnumStoragePlace);
+        case kFile:
+            return downloader.DownloadFile(clip.str_shortvideo_url, target, {}, nullptr,
+                                           clip.EnumStoragePlace);
+        default:
+            return downloader.DownloadFileByPicInOXT(clip.str_shortvideo_url, target, {}, nullptr);
+    }
+}
+
+// Also says in the log what has failed.
+Zell::Base::Error::ErrorCode ErrorOf(const ShortVideoItem& clip)
+{
+    const char* url = clip.str_shortvideo_url.c_str();
+    switch (clip.EnumUpLoadType) {
+        case kPicture:
+            LogError(
+                "download pic object iter_param.str_shortvideo_url = %s, iter_param.EnumStoragePlace = %d",
+                url, clip.EnumStoragePlace);
+            return OwnError(kErrorPicture);
+        case kFile:
+            LogError(
+                "download file object iter_param.str_shortvideo_url = %s, iter_param.EnumStoragePlace = %d",
+                url, clip.EnumStoragePlace);
+            return OwnError(kErrorFetch);
+        default:
+            LogError(
+                "download PIC_OXT object iter_param.str_shortvideo_url = %s, iter_param.EnumStoragePlace = "
+                "%d",
+                url, clip.EnumStoragePlace);
+            return Zell::Base::Error::GetLastError();
+    }
+}
+
+}  // namespace
+
+bool CDeterminantWriteFileTask::FetchStoredObjects(DeterminantDownloadParam& param, bool is_evidence)
+{
+    if (!file_downloader)
+        file_downloader = std::make_shared<ZellTaskKit::CFileDownloader>();
+    for (ShortVideoEntry& entry : param.vs_file_param_.vec_short_video) {
+        if (entry.is_has_download)
+            continue;
+        // One flag is enough here.
+        if (IsStopped() || IsDeleted()) {
+            LogInfo("download object b_stop_ = %d, b_delete_ = %d", IsStopped(), IsDeleted());
+            break;
+        }
+        if (!FetchStoredObject(param, entry, is_evidence))
+            return false;
+    }
+    return true;
+}
+
+bool CDeterminantWriteFileTask::FetchStoredObject(DeterminantDownloadParam& param, ShortVideoEntry& entry,
+                                                  bool is_evidence)
+{
+    const ShortVideoItem& clip = entry.clip;
+    if (!IsKnown(clip.EnumUpLoadType))
+        return true;
+    if (Fetch(*file_downloader, clip)) {
+        entry.is_has_download = true;
+        return true;
+    }
+    const ErrorCode error = ErrorOf(clip);
+    return !EndsWithStoredObject(param, clip, error, is_evidence);
+}
+
+// A failed object ends an export that does not go on after a failure.
+bool CDeterminantWriteFileTask::EndsWithStoredObject(DeterminantDownloadParam& param,
+                                                     const ShortVideoItem& clip, const ErrorCode& error,
+                                                     bool is_evidence)
+{
+    if (param.vs_file_param_.is_continue_dowinloading) {
+        std::string reason = ReasonText(error);
+        if (clip.EnumUpLoadType == kFile)
+            reason = clip.str_shortvideo_url + " " + reason;
+        error_file_map.emplace(clip.file_name, reason);
+        // A picture of the local storage leaves no code.
+        if (clip.EnumUpLoadType != kLocalStoragePicture)
+            error_code_map.emplace(error.iSecondCode, error.iFirstCode);
+        SetErrorCodeJsonToUp();
+        return false;
+    }
+    if (clip.EnumUpLoadType == kFile)
+        LogError("CDeterminantWriteFileTask::Exec()  video download filed");
+    else
+        LogError("CDeterminantWriteFileTask::Exec()  PIC_OXT download filed");
+    if (clip.EnumUpLoadType != kLocalStoragePicture)
+        SetLastError(error);
+    NotifyTaskState(is_evidence ? ZellTaskKit::UploadFailed : ZellTaskKit::Failed);
+    return true;
+}
+
+}  // namespace FetchyardBussiness

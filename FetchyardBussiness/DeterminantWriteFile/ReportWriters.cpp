@@ -1,0 +1,19 @@
+#include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
+#include "FetchyardBussiness/DeterminantWriteFile/ReportExportCsv.h"
+#include "FetchyardBussiness/DeterminantWriteFile/ReportExportExcel.h"
+
+namespace FetchyardBussiness {
+
+std::unique_ptr<CExportReportDataToFileObject> MakeReportWriter(int export_file_type)
+{
+    switch (export_file_type) {
+        case kExcelReport:
+            return std::make_unique<CExportReportDataToEXCELFileObject>();
+        case kCsvReport:
+            return std::make_unique<CExportReportDataToCSVFileObject>();
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace FetchyardBussiness

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "FetchyardBussiness/Export.h"
+#include "FetchyardLogical/DownloadTaskManager.h"
+#include "ZellBase/Error.h"
+#include "ZellBase/Observer.h"
+#include "ZellBase/Singleton.h"
+#include "ZellTaskKit/DownloadTypes.h"
+
+#include <string>
+#include <vector>
+
+namespace FetchyardBussiness {
+
+// Who wants to hear of the states of tasks. Called on the notification thread, in the order in which the
+// engine reported. An observer must not register or unregister from inside its callback, and must unregister
+// before it goes.
+class FETCHYARD_API CDownloadBussinessManagerObserver
+{
+public:
+    struct Param
+    {
+        std::string task_guid;
+        ZellTaskKit::DownloadState state = ZellTaskKit::Unstarted;
+        Zell::Base::Error::ErrorCode error_code;
+    };
+
+    virtual void UpdateDownloadBussinessManagerState(const Param& param) = 0;
+
+protected:
+    CDownloadBussinessManagerObserver() = default;
+    ~CDownloadBussinessManagerObserver() = default;
+};
+
+// The one object through which downloads and exports are requested and watched. Order of use: Instance, Init,
+// RegisterObserver, any number of add operations, SyncUnregisterObserver, Unit.
+//
+// The add operations run on the caller's thread, append the guid of each task made to their first argument
+// and hand the tasks to the queue engine as one batch. They return false if no task came of the batch or the
+// engine did not take it. What becomes of a task is told through its states.
+class FETCHYARD_API CDownloadBussinessManager final
+    : public Zell::Base::CSingleton<CDownloadBussinessManager>,
+      public Zell::Base::CObserverableWrap<CDownloadBussinessManager, CDownloadBussinessManagerObserver>,
+      public FetchyardLogical::CDownloadTaskManagerObserver
+{
+public:
+    ~CDownloadBussinessManager();
+
+    // Starts the engine and the picture loader. False, with nothing set up, if the engine can't start.
+    bool Init();
+    // Stops both. False, with everything as it was, if the engine can't stop.
+    bool Unit();
+
+    // Report exports, one JSON text each. A text that can't be used is logged and skipped. Throws
+    // std::out_of_range for a report name of under 23 bytes whose path is longer than 259.
+    bool AddDownloadCommTask(std::vector<std::string>& task_guids, const std::vector<std::string>& requests);
+
+    // Passes account data on to the tasks that wait for it.
+    bool SetSensitiveInfoToTask(const std::string& text);
+
+    // Calls every observer; runs on the notification thread.
+    void NotifyObserversEIT(const CDownloadBussinessManagerObserver::Param& param);
+
+    // From the engine, on whatever thread it reports from; only queues.
+    void UpdateDownloadTaskManagerState(
+        const FetchyardLogical::CDownloadTaskManagerObserver::Param& reports) override;
+
+protected:
+    void AddToNotifyQueue(const CDownloadBussinessManagerObserver::Param& param);
+
+private:
+    friend class Zell::Base::CSingleton<CDownloadBussinessManager>;
+    CDownloadBussinessManager();
+};
+
+}  // namespace FetchyardBussiness
+
+ZELL_SINGLETON_DECLARE(FetchyardBussiness::CDownloadBussinessManager)
