@@ -7,7 +7,9 @@
 namespace ZellNetLink {
 
 // A text record whose values are reached by a path: names split by "/", each with an optional index in square
-// brackets counted from 1, as in "/FileRequestList[2]/FileRequest/SavePath". A leading "/" may be left out.
+// brackets counted from 1, as in "/FileRequestList[2]/FileRequest/SavePath". A leading "/" may be left out,
+// and a final or a doubled one changes nothing. Brackets that do not hold a number belong to the name; an
+// index of 0 names nothing.
 class ZELLNETLINK_API IProto
 {
 public:

@@ -10,7 +10,10 @@
 #include <string>
 #include <vector>
 
-// HTTP for the siblings: one thread and one connection pool for all calls.
+// HTTP for the siblings: one thread and one connection pool for all calls. HTTP/1.1 with kept connections; at
+// most 5 redirects, to http and https only, which take the account to no other host; certificates are
+// checked; bodies arrive as they are sent, never compressed. The environment's proxy is used except for this
+// machine.
 namespace ZellNetLink {
 
 // Modules of the error codes that a transfer can end with.
@@ -19,7 +22,7 @@ inline constexpr int kModuleTransport = 22;  // the code is libcurl's
 inline constexpr int kModuleAnswer = 23;     // the answer can't be used, see AnswerError
 
 enum AnswerError : int {
-    AnswerNotUnderstood = 1,  // not the format that was asked for
+    AnswerNotUnderstood = 1,  // not the format, or not the part of the body, that was asked for
     AnswerTooLarge = 2,
     AnswerRefusedBySink = 3,  // the sink said no
     SiteUnknown = 4,          // the client's settings do not name the site
@@ -29,13 +32,15 @@ enum AnswerError : int {
 
 struct HttpRequest
 {
-    std::string method = "GET";
-    std::string url;  // http or https
-    std::string body;
+    std::string method = "GET";        // letters and "-", otherwise the transfer ends with libcurl's code 43
+    std::string url;                   // http or https; blanks and letters beyond ASCII are percent-encoded
+    std::string body;                  // sent with any method if not empty
     std::vector<std::string> headers;  // "Name: value"
     std::string user;                  // sent as HTTP Basic when not empty
     std::string password;
-    unsigned long timeout_ms = 60000;    // of the whole transfer; connecting has 10 s at most
+    // Of the whole transfer; connecting has 10 s at most. 0: no limit, but a transfer that stands still for a
+    // minute ends with libcurl's code 28.
+    unsigned long timeout_ms = 60000;
     std::size_t max_body = 1024u << 20;  // bytes; a larger answer ends with AnswerTooLarge
     std::int64_t range_from = 0;         // above 0: asks for the bytes from there on
     // Where the body goes, if not to HttpResponse::body: called on the client's thread, piece by piece, only
@@ -48,6 +53,8 @@ struct HttpResponse
 {
     Zell::Base::Error::ErrorCode error;  // (0, 0): status 200 to 299 and the body is whole
     long status = 0;                     // 0 if no answer came
+    // With 64 bytes of capacity behind its end, for parsers that read in wide steps. Of an answer that is no
+    // success, what the server said, up to 1 MiB.
     std::string body;
     std::map<std::string, std::string> headers;  // names in lower case
 };
@@ -59,9 +66,11 @@ public:
 
     static HttpClient& Instance();
 
-    // Sends and waits, on the calling thread.
+    // Sends and waits, on the calling thread. On the client's own thread it ends with NotStarted.
     HttpResponse Perform(HttpRequest request);
-    // Sends and returns; done is called once, on the client's thread, and must not block or call Perform.
+    // Sends and returns; done is called once, on the client's thread, possibly before this returns, and must
+    // not block or call Perform. Of transfers begun so, 16 run at a time for each server, in the order of
+    // the calls, and the time-out of the others has not begun; those of Perform never wait behind them.
     std::uint64_t Start(HttpRequest request, Done done);
     // Ends a transfer: done is called with Cancelled unless it was called already. Returns at once.
     void Cancel(std::uint64_t id);

@@ -1,0 +1,7 @@
+#include "ZellNetLink/IProto.h"
+
+namespace ZellNetLink {
+
+IProto::~IProto() = default;
+
+}  // namespace ZellNetLink
