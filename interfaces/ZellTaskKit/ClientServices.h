@@ -48,8 +48,11 @@ private:
 class ZELLTASKKIT_API CTimeZoneManager : public Zell::Base::CSingleton<CTimeZoneManager>
 {
 public:
-    // "2026-01-31T23:59:59" with an optional fraction (dropped) and "Z" or an offset as "+08:00"; a text
-    // without offset is local time. Seconds since 1970; 0 for an empty text or one that is no time.
+    // "2026-01-31T23:59:59" with an optional fraction (dropped) and "Z" or an offset as "+08:00", "+0800" or
+    // "+08"; a text without offset is local time. The seconds may be left out, or the whole time of day,
+    // which is then midnight; a blank may stand for the "T", and the forms without "-" and ":" are read as
+    // well. 24:00 is the midnight behind the day, a second of 60 the first of the next minute. Seconds since
+    // 1970; 0 for an empty text or one that is no time.
     std::int64_t ISOTimeToTimeT(const std::string& text);
 
 private:
@@ -57,11 +60,13 @@ private:
     CTimeZoneManager() = default;
 };
 
-// Sensitive texts between client and server: AES-256-GCM with the key in the client's data folder, Base64.
+// Sensitive texts between client and server: AES-256-GCM with the key in the client's data folder, as the
+// Base64 text of 12 bytes of nonce, the ciphered bytes and 16 bytes of tag. Any thread.
 namespace PrivateEncrypt {
 // False, with an empty out, on a text that is not of this cipher or key. The last two arguments are 0, false.
 ZELLTASKKIT_API bool AESDecryptForSensitiveInfor(std::string& out, const std::string& in,
                                                  unsigned int reserved, bool reserved_flag);
+// Makes the key if there is none yet; false, with an empty out, if there can be none or it is not usable.
 ZELLTASKKIT_API bool AESEncryptForSensitiveInfor(std::string& out, const std::string& in);
 }  // namespace PrivateEncrypt
 

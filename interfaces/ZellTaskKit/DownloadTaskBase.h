@@ -78,7 +78,7 @@ public:
     }
 
     // For the host: sets where reports go, null to end them. When it returns, no report to the former host is
-    // in progress on another thread.
+    // in progress on another thread, so it must not be called under a lock that those reports take.
     void SetTaskHost(ITaskHost* host);
 
 private:

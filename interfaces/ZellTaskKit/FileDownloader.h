@@ -18,9 +18,18 @@ struct CDownloadResultParam
 };
 
 // Fetches objects of a store into files. The file appears under its name when it is whole; a failed fetch
-// leaves what was there before. With an empty callback the three calls are synchronous, true means that the
-// file is on disk, and the reason of a failure is the calling thread's last error. With a callback they
-// return at once, and the callback comes on a thread of the downloader.
+// leaves what was there before. Until then it lies in "Downloads/" of the client's data folder. The folder of
+// save_path must exist.
+//
+// With an empty callback the three calls are synchronous, true means that the file is on disk, and the reason
+// of a failure is the calling thread's last error. With a callback they return at once, true if the fetch was
+// taken on, and the callback comes once, on a thread of the downloader and with the reason of a failure as
+// that thread's last error; one callback at a time for each downloader. After a downloader has been destroyed
+// none of its callbacks comes any more.
+//
+// The url is an absolute http or https one, or a path on the client's own site; it is fetched as it stands. A
+// site path that begins with "/storage/" gets the kind and the place as query parameters: kind=file&place=1,
+// kind=picture&place=1, or kind=platform_picture alone. A fetch may take as long as bytes keep coming.
 class ZELLTASKKIT_API CFileDownloader
 {
 public:

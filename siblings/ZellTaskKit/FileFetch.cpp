@@ -1,0 +1,171 @@
+#include "FileFetch.h"
+
+#include "NQX/NQX.h"
+#include "SiteRequest.h"
+#include "ZellBase/FileSystem.h"
+#include "ZellBase/Util.h"
+#include "ZellTaskKit/ClientServices.h"
+
+#include <algorithm>
+#include <ctime>
+#include <limits>
+#include <mutex>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace ZellTaskKit {
+namespace {
+
+using Zell::Base::Error::ErrorCode;
+namespace FileSystem = Zell::Base::FileSystem;
+
+constexpr ErrorCode kWrongInput(2, 20, 3);
+constexpr ErrorCode kUnknownSite(2, ZellNetLink::kModuleAnswer, ZellNetLink::SiteUnknown);
+constexpr long long kStaleSeconds = 24LL * 3600;
+
+ErrorCode SystemError()
+{
+    return {0, NQX_GetLastError()};
+}
+
+bool IsError(const ErrorCode& error)
+{
+    return error.iFirstCode != 0 || error.iSecondCode != 0;
+}
+
+// What a process that was killed left behind is taken away once, at the first fetch into the folder.
+void RemoveStaleFiles(const std::string& folder)
+{
+    static auto* mutex = new std::mutex;
+    static auto* seen = new std::set<std::string>;
+    {
+        const std::lock_guard<std::mutex> lock(*mutex);
+        if (!seen->insert(folder).second)
+            return;
+    }
+    FileSystem::SearchFileParam search;
+    search.folder = folder;
+    search.recursive = false;
+    std::vector<FileSystem::FileInfo> files;
+    if (FileSystem::GetFilesInDir(search, files) != 0)
+        return;
+    const long long oldest = static_cast<long long>(std::time(nullptr)) - kStaleSeconds;
+    for (const FileSystem::FileInfo& file : files) {
+        if (file.time < oldest)
+            FileSystem::DeleteFileW(file.path.c_str());
+    }
+}
+
+// A file under a temporary name; unless it was moved to its place, it goes with the object. The name of the
+// client's data folder keeps it out of export folders, whose content is counted and packed.
+class TemporaryFile
+{
+public:
+    TemporaryFile() = default;
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    ~TemporaryFile()
+    {
+        if (handle_ != nullptr)
+            FileSystem::CloseFile(handle_);
+        if (!path_.empty())
+            FileSystem::DeleteFileW(path_.c_str());
+    }
+
+    bool Open()
+    {
+        const std::string folder = CFrameSystemConfigMgr::Instance().GetClientDataPath() + "Downloads/";
+        if (FileSystem::MakeFullDir(folder.c_str()) != 0)
+            return false;
+        RemoveStaleFiles(folder);
+        std::string path = folder + Zell::Base::GuidUtil::CreateGuid() + ".part";
+        void* handle =
+            FileSystem::OpenFile(path.c_str(), FileSystem::kOpenTruncate, FileSystem::kAttributesPlain);
+        if (handle == reinterpret_cast<void*>(std::intptr_t{-1}))
+            return false;
+        handle_ = handle;
+        path_ = std::move(path);
+        return true;
+    }
+
+    bool Write(const char* data, std::size_t size)
+    {
+        constexpr std::size_t kMaxPiece = std::numeric_limits<unsigned int>::max();
+        while (size > 0) {
+            const std::size_t piece = std::min(size, kMaxPiece);
+            // The file layer takes a plain pointer and only reads.
+            if (FileSystem::WriteFile(handle_, const_cast<char*>(data), static_cast<unsigned int>(piece),
+                                      nullptr) != 0)
+                return false;
+            data += piece;
+            size -= piece;
+        }
+        return true;
+    }
+
+    bool MoveTo(const std::string& target)
+    {
+        void* handle = std::exchange(handle_, nullptr);
+        if (FileSystem::CloseFile(handle) != 0)
+            return false;
+        if (FileSystem::RenameFile(path_.c_str(), target.c_str()) != 0)
+            return false;
+        path_.clear();
+        return true;
+    }
+
+private:
+    void* handle_ = nullptr;
+    std::string path_;
+};
+
+// The last error of a transfer whose file could not be written is that of the file.
+ErrorCode Transfer(const std::string& url, TemporaryFile& file)
+{
+    ErrorCode write_error;
+    ZellNetLink::HttpRequest request;
+    request.url = url;
+    request.timeout_ms = 0;  // a file may be of any size; a transfer that stands still ends all the same
+    request.max_body = std::numeric_limits<std::size_t>::max();
+    request.sink = [&file, &write_error](std::int64_t /*start*/, const char* data, std::size_t size) {
+        if (file.Write(data, size))
+            return true;
+        write_error = SystemError();
+        return false;
+    };
+    AddAccount(request);
+    const ZellNetLink::HttpResponse response =
+        ZellNetLink::HttpClient::Instance().Perform(std::move(request));
+    return IsError(write_error) ? write_error : response.error;
+}
+
+// Before anything is fetched: a file that could not be put in its place is not worth the way.
+bool FolderExists(const std::string& save_path)
+{
+    const std::size_t separator = save_path.find_last_of("/\\");
+    if (separator == std::string::npos)
+        return true;
+    return FileSystem::DirectoryExists(save_path.substr(0, separator + 1).c_str()) == 0;
+}
+
+}  // namespace
+
+ErrorCode FetchFile(const std::string& url, const std::string& save_path)
+{
+    if (url.empty() || save_path.empty())
+        return kWrongInput;
+    std::string address = url;
+    if (!ResolveSiteUrl(address, 0))
+        return kUnknownSite;
+    TemporaryFile file;
+    if (!FolderExists(save_path) || !file.Open())
+        return SystemError();
+    const ErrorCode error = Transfer(address, file);
+    if (IsError(error))
+        return error;
+    return file.MoveTo(save_path) ? ErrorCode() : SystemError();
+}
+
+}  // namespace ZellTaskKit
