@@ -1,0 +1,87 @@
+#pragma once
+
+#include "fakes/Export.h"
+#include "FetchyardLogical/ReportData.h"
+#include "ZellBase/Error.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ZellTaskKit {
+class CDownloadTaskBase;
+}
+
+namespace fakes {
+
+// What one page call gives back.
+struct PageAnswer
+{
+    bool ok = true;
+    Zell::Base::Error::ErrorCode error;  // of a failed call
+    bool is_rowcolumn_data = true;
+    bool is_last = false;
+    std::vector<FetchyardLogical::ExportSheet> sheets;
+    FetchyardLogical::ServerGenerateNode server;
+};
+
+// What the picture loader gives back for one address: an error, or bytes.
+struct PictureAnswer
+{
+    Zell::Base::Error::ErrorCode error;
+    std::string bytes;
+};
+
+// The answers of the fakes. Set by the test before the work begins, or inside an action bound to a call on
+// the thread that does the work; the fakes take no lock.
+struct Script
+{
+    // NQX
+    int access_result = 0;
+    int system_error = 13;  // of a file operation that a test lets fail
+
+    // ZellBase
+    bool show_log_heads = false;  // the name of the function in front of each log text
+    std::string local_mark;       // put in front of every text that is turned into the code page
+    std::string utf8_mark;        // the other way
+    std::string exe_path = "/opt/client/";
+    std::string short_datetime = "20260131_235959";
+
+    // ZellErrorText: texts by module and code; without one "text of module/code"
+    std::map<std::pair<int, int>, std::string> error_texts;
+
+    // ZellClientHost
+    std::string client_config;
+    int password_type = 3;
+    int login_model = 4;
+    std::string client_guid = "client-guid";
+    std::string hardware_code = "hardware-code";
+
+    // ZellTaskKit
+    int client_type = 0;
+    std::string user_name = "operator";
+    std::string password = "secret";
+    std::string data_path = "/data/own/";
+    std::string public_data_path = "/data/public/";
+
+    // ZellPictureLoader: by address; without one the loader writes "picture"
+    std::map<std::string, PictureAnswer> pictures;
+
+    // FetchyardLogical: one answer a call, in order, or as many as are asked for
+    std::deque<PageAnswer> pages;
+    std::function<PageAnswer()> page_source;
+    std::string configured_save_path;  // of the engine's own configuration
+    std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> engine_tasks;
+    std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> handed_over;  // by AddTransferTask
+
+    // ZellOfficeKit: -1 leaves GetUsedRowsCount to what was written
+    int used_rows = -1;
+};
+
+FAKES_API Script& TheScript();
+
+}  // namespace fakes
