@@ -1,0 +1,33 @@
+#pragma once
+
+#include "fakes/Journal.h"
+#include "fakes/Script.h"
+
+#include <gtest/gtest.h>
+#include <QTemporaryDir>
+
+#include <string>
+
+namespace contract {
+
+// A fresh journal and script, and a folder of its own, which shows as "<tmp>" in every trace.
+class ContractTest : public testing::Test
+{
+protected:
+    ContractTest();
+    ~ContractTest() override;
+
+    // The test's folder, with a final "/".
+    const std::string& Folder() const { return folder_; }
+    // The text with every "<tmp>/" replaced by the folder.
+    std::string InFolder(std::string text) const;
+    // The journal since the last call, a line feed in front and behind each line: the form of a raw literal.
+    static std::string Trace();
+    bool Exists(const std::string& path_in_folder) const;
+
+private:
+    QTemporaryDir directory_;
+    std::string folder_;
+};
+
+}  // namespace contract
