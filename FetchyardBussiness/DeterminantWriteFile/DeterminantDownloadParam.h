@@ -110,6 +110,11 @@ struct DeterminantDownloadParam : public ZellTaskKit::CDownloadTaskParam
     DeterminantDownloadParam& operator=(const DeterminantDownloadParam& other);
     ~DeterminantDownloadParam() override;
 
+    // Reads the resume record that str_resume_xml holds. False, with nothing read, if that is no such text.
+    bool ResumeParamFromXml() override;
+    // The resume record: settings and progress, without passwords and account data.
+    std::string CreateResumeXml() override;
+
     VsFileParam vs_file_param_;
     std::string str_evidence_param;  // JSON; not empty for an export whose result is registered as evidence
 };
