@@ -1,57 +1,43 @@
 #include "CellText.h"
 
+#include <array>
 #include <cctype>
 #include <cstdint>
-#include <cstring>
 
 namespace ZellOfficeKit {
 namespace {
 
-constexpr std::uint64_t kOnes = 0x0101010101010101U;
-constexpr std::uint64_t kHighs = 0x8080808080808080U;
-constexpr char kEscapedUnderscore[] = "_x005F_";
+// What a byte of a text asks for on its way into a cell.
+enum ByteKind : std::uint8_t {
+    kPlain,
+    kMarkup,      // a letter of XML's own
+    kUnderscore,  // may begin what looks like an escape
+    kControl,
+    kLongCharacter,  // a character of several bytes, or none at all
+};
+
+constexpr std::array<std::uint8_t, 256> MakeKinds()
+{
+    std::array<std::uint8_t, 256> kinds{};
+    for (std::size_t byte = 0; byte < kinds.size(); ++byte) {
+        if (byte < 0x20 && byte != '\t' && byte != '\n')
+            kinds[byte] = kControl;
+        else if (byte >= 0x80)
+            kinds[byte] = kLongCharacter;
+    }
+    kinds['&'] = kMarkup;
+    kinds['<'] = kMarkup;
+    kinds['>'] = kMarkup;
+    kinds['_'] = kUnderscore;
+    return kinds;
+}
+
+constexpr auto kKinds = MakeKinds();
+constexpr char kReplacement[] = "\xEF\xBF\xBD";
 
 unsigned ByteAt(const std::string& text, std::size_t at)
 {
     return static_cast<unsigned char>(text[at]);
-}
-
-// What the fast look at a text found.
-struct Look
-{
-    bool is_ascii = true;         // no byte above 127, no zero byte
-    bool has_underscore = false;  // so an escape may be there
-};
-
-std::uint64_t ZeroBytes(std::uint64_t word)
-{
-    return (word - kOnes) & ~word & kHighs;
-}
-
-// Eight bytes at a time: every cell of a report passes here.
-Look LookAt(const std::string& text)
-{
-    Look look;
-    const char* data = text.data();
-    std::size_t left = text.size();
-    std::uint64_t bad = 0;
-    std::uint64_t underscores = 0;
-    while (left >= sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, data, sizeof(word));
-        bad |= (word & kHighs) | ZeroBytes(word);
-        underscores |= ZeroBytes(word ^ (kOnes * static_cast<unsigned char>('_')));
-        data += sizeof(word);
-        left -= sizeof(word);
-    }
-    for (; left > 0; --left, ++data) {
-        const auto byte = static_cast<unsigned char>(*data);
-        bad |= static_cast<std::uint64_t>(byte == 0 || byte >= 0x80);
-        underscores |= static_cast<std::uint64_t>(byte == '_');
-    }
-    look.is_ascii = bad == 0;
-    look.has_underscore = underscores != 0;
-    return look;
 }
 
 // "_x" and four hexadecimal digits and "_": readers take it for the character of that number.
@@ -64,15 +50,6 @@ bool IsEscape(const std::string& text, std::size_t at)
             return false;
     }
     return true;
-}
-
-bool HasEscape(const std::string& text)
-{
-    for (std::size_t at = text.find("_x"); at != std::string::npos; at = text.find("_x", at + 1)) {
-        if (IsEscape(text, at))
-            return true;
-    }
-    return false;
 }
 
 // The bytes behind the first one of a sequence, with the range that the second one must be in.
@@ -138,32 +115,79 @@ void AppendCodePoint(std::string& text, char32_t point)
     put(0x80U | (point & 0x3FU));
 }
 
-CellText FitCellText(const std::string& source, std::string& scratch, int max_units)
+std::size_t FittingBytes(const std::string& text, int max_units)
 {
     const auto most = static_cast<std::size_t>(max_units);
-    if (source.size() <= most) {
-        const Look look = LookAt(source);
-        if (look.is_ascii && !(look.has_underscore && HasEscape(source)))
-            return {source.c_str(), false};
-    }
-    scratch.clear();
+    // No character has more units than bytes.
+    if (text.size() <= most)
+        return text.size();
     std::size_t units = 0;
     std::size_t at = 0;
-    while (at < source.size()) {
-        const bool escape = IsEscape(source, at);
-        CodePoint point = ReadCodePoint(source, at);
-        if (point.value == 0 || point.value == 0xFFFE || point.value == 0xFFFF)
-            point.value = 0xFFFD;
-        units += escape ? sizeof(kEscapedUnderscore) - 1 : (point.value >= 0x10000 ? 2U : 1U);
+    while (at < text.size()) {
+        const CodePoint point = ReadCodePoint(text, at);
+        units += point.value >= 0x10000 ? 2U : 1U;
         if (units > most)
-            return {scratch.c_str(), true};
-        if (escape)
-            scratch.append(kEscapedUnderscore);
-        else
-            AppendCodePoint(scratch, point.value);
+            break;
         at += point.size;
     }
-    return {scratch.c_str(), false};
+    return at;
+}
+
+namespace {
+
+void AppendMarkup(std::string& xml, char letter)
+{
+    xml.append(letter == '&' ? "&amp;" : letter == '<' ? "&lt;" : "&gt;");
+}
+
+void AppendControl(std::string& xml, unsigned byte)
+{
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    if (byte == 0) {
+        xml.append(kReplacement);
+        return;
+    }
+    const char escape[] = {'_', 'x', '0', '0', kDigits[byte >> 4U], kDigits[byte & 0x0FU], '_'};
+    xml.append(escape, sizeof(escape));
+}
+
+void AppendLongCharacter(std::string& xml, const std::string& text, std::size_t at, const CodePoint& point)
+{
+    if (point.value == 0xFFFD || point.value == 0xFFFE || point.value == 0xFFFF)
+        xml.append(kReplacement);
+    else
+        xml.append(text, at, point.size);
+}
+
+}  // namespace
+
+void AppendCellXml(std::string& xml, const std::string& text, std::size_t size)
+{
+    std::size_t at = 0;
+    while (at < size) {
+        const std::size_t from = at;
+        while (at < size && kKinds[ByteAt(text, at)] == kPlain)
+            ++at;
+        xml.append(text, from, at - from);
+        if (at == size)
+            return;
+        CodePoint point{ByteAt(text, at), 1};
+        switch (kKinds[point.value]) {
+            case kMarkup:
+                AppendMarkup(xml, text[at]);
+                break;
+            case kUnderscore:
+                xml.append(IsEscape(text, at) ? "_x005F_" : "_");
+                break;
+            case kControl:
+                AppendControl(xml, static_cast<unsigned>(point.value));
+                break;
+            default:
+                point = ReadCodePoint(text, at);
+                AppendLongCharacter(xml, text, at, point);
+        }
+        at += point.size;
+    }
 }
 
 }  // namespace ZellOfficeKit

@@ -17,17 +17,13 @@ struct CodePoint
 CodePoint ReadCodePoint(const std::string& text, std::size_t at);
 void AppendCodePoint(std::string& text, char32_t point);
 
-// A text as a worksheet cell can hold it.
-struct CellText
-{
-    const char* text = "";  // points into the source or into the scratch text
-    bool is_cut = false;    // the source has more characters than the cell can hold
-};
+// Bytes of the longest beginning that has at most max_units characters and ends between two of them.
+// Characters are UTF-16 units, as readers of the format count.
+std::size_t FittingBytes(const std::string& text, int max_units);
 
-// Makes a text fit for a cell: invalid UTF-8, zero bytes and the two code points that XML forbids become
-// U+FFFD; "_x0041_" is escaped, since readers would show "A"; what lies behind max_units is cut, never inside
-// a code point. Units are UTF-16, as readers of the format count; where a text is escaped, the escape counts.
-// A plain text is not copied.
-CellText FitCellText(const std::string& source, std::string& scratch, int max_units);
+// Appends the first size bytes of a text as the XML of a cell's text. Invalid UTF-8, zero bytes and the two
+// code points that XML forbids become U+FFFD; control characters become the format's own "_x0007_", and a
+// text that looks like one is escaped, so that readers show it as it is.
+void AppendCellXml(std::string& xml, const std::string& text, std::size_t size);
 
 }  // namespace ZellOfficeKit

@@ -52,7 +52,7 @@ std::string CellName(int row, int col)
 }
 
 CPhysicalSheet::CPhysicalSheet(lxw_worksheet* library, std::string name, const OfficeLimits& limits)
-    : library_(library), name_(std::move(name)), limits_(limits)
+    : library_(library), name_(std::move(name)), limits_(limits), rows_(library)
 {
 }
 
@@ -65,20 +65,24 @@ bool CPhysicalSheet::Check(lxw_error error, const char* what, int row, int col) 
 {
     if (error == LXW_NO_ERROR)
         return true;
-    const std::string reason = error == LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE
-                                   ? "its row has been written already"
-                                   : std::string(lxw_strerror(error));
-    Tell(std::string(what) + " of cell " + CellName(row, col) + " is lost: " + reason);
+    Tell(std::string(what) + " of cell " + CellName(row, col) + " is lost: " + lxw_strerror(error));
     return false;
+}
+
+void CPhysicalSheet::TellBehind(const char* what, int row, int col) const
+{
+    Tell(std::string(what) + " of cell " + CellName(row, col) + " is lost: its row has been written already");
 }
 
 bool CPhysicalSheet::WriteText(int row, int col, const std::string& text, lxw_format* format)
 {
-    const CellText fit = FitCellText(text, scratch_, limits_.text_units);
-    const lxw_error error = worksheet_write_string(library_, Row(row), Col(col), fit.text, format);
-    if (!Check(error, "the text", row, col))
+    if (!rows_.MoveTo(row)) {
+        TellBehind("the text", row, col);
         return false;
-    if (fit.is_cut) {
+    }
+    const std::size_t size = FittingBytes(text, limits_.text_units);
+    rows_.SetText(col, text, size, format);
+    if (size < text.size()) {
         Tell("the text of cell " + CellName(row, col) + " has " + std::to_string(text.size()) +
              " bytes and is cut at " + std::to_string(limits_.text_units) + " characters");
     }
@@ -118,8 +122,8 @@ bool CPhysicalSheet::MayMerge(const CellRange& range)
 void CPhysicalSheet::FillFirstRow(const CellRange& range, lxw_format* format)
 {
     for (int col = range.first_col + 1; col <= range.last_col; ++col) {
-        if (library_->array[col] == nullptr)
-            worksheet_write_blank(library_, Row(range.first_row), Col(col), format);
+        if (!rows_.HasCell(col))
+            rows_.SetBlank(col, format);
     }
 }
 
@@ -161,22 +165,25 @@ std::string CPhysicalSheet::AddressForLink(int row, int col, const std::string& 
 void CPhysicalSheet::WriteLink(int row, int col, const std::string& target, const std::string& text)
 {
     const std::string& shown = text.empty() ? target : text;
+    if (rows_.IsBehind(row)) {
+        TellBehind("the link", row, col);
+        return;
+    }
     const std::string address = AddressForLink(row, col, target);
-    if (address.empty()) {
-        WriteText(row, col, shown, nullptr);
-        return;
-    }
-    const CellText fit = FitCellText(shown, scratch_, limits_.text_units);
+    const bool is_link = !address.empty() && EnterLink(row, col, address);
+    WriteText(row, col, shown, is_link ? library_->default_url_format : nullptr);
+}
+
+// The library writes a cell of its own with a link; it stays out of the file, the text goes the way of all
+// texts.
+bool CPhysicalSheet::EnterLink(int row, int col, const std::string& address)
+{
     const lxw_error error =
-        worksheet_write_url_opt(library_, Row(row), Col(col), address.c_str(), nullptr, fit.text, nullptr);
-    if (!Check(error, "the link", row, col)) {
-        if (error != LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE)
-            WriteText(row, col, shown, nullptr);
-        return;
-    }
-    ++links_;
-    if (fit.is_cut)
-        Tell("the text of the link of cell " + CellName(row, col) + " is cut");
+        worksheet_write_url_opt(library_, Row(row), Col(col), address.c_str(), nullptr, " ", nullptr);
+    library_->optimize_row->data_changed = LXW_FALSE;
+    if (error == LXW_NO_ERROR)
+        ++links_;
+    return Check(error, "the link", row, col);
 }
 
 void CPhysicalSheet::SetRowHeight(int row, int pixels)
@@ -184,8 +191,10 @@ void CPhysicalSheet::SetRowHeight(int row, int pixels)
     const int height = std::min(pixels, kMostRowPixels);
     if (height < pixels)
         Tell("row " + std::to_string(row + 1) + " can't be " + std::to_string(pixels) + " pixels high");
-    Check(worksheet_set_row_pixels(library_, Row(row), static_cast<std::uint32_t>(height), nullptr),
-          "the height of the row", row, 0);
+    if (rows_.MoveTo(row))
+        rows_.SetHeight(height);
+    else
+        TellBehind("the height of the row", row, 0);
 }
 
 void CPhysicalSheet::PlacePicture(int row, int col, const std::string& bytes,
@@ -268,8 +277,7 @@ void CPhysicalSheet::Finish()
     for (const auto& [col, validation] : validations_)
         EmitValidation(col, validation);
     validations_.clear();
-    // So that the size of the rows is known before the library packs them.
-    lxw_worksheet_write_single_row(library_);
+    rows_.Finish();
 }
 
 }  // namespace ZellOfficeKit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SheetRows.h"
 #include "ZellOfficeKit/ExcelControllor.h"
 #include "ZellOfficeKitHost/OfficeLimits.h"
 
@@ -22,8 +23,8 @@ struct CellRange
 };
 
 // One worksheet of the library in constant-memory mode. It holds one row; as soon as a later row is touched
-// the row goes to a temporary file, and the library refuses whatever comes for it. Rows and columns are those
-// of this worksheet and lie inside the format's limits. What is refused is told at level 5.
+// the row goes to a temporary file, and whatever comes for it is refused. Rows and columns are those of this
+// worksheet and lie inside the format's limits. What is refused is told at level 5.
 class CPhysicalSheet
 {
 public:
@@ -55,19 +56,21 @@ private:
     };
 
     bool Check(lxw_error error, const char* what, int row, int col) const;
+    void TellBehind(const char* what, int row, int col) const;
     void Tell(const std::string& message) const;
     bool MayMerge(const CellRange& range);
     void RegisterMerge(const CellRange& range);
     void FillFirstRow(const CellRange& range, lxw_format* format);
     std::string AddressForLink(int row, int col, const std::string& target);
+    bool EnterLink(int row, int col, const std::string& address);
     void EmitValidation(int col, const Validation& validation);
 
     lxw_worksheet* library_;
     std::string name_;
     OfficeLimits limits_;
+    CSheetRows rows_;
     std::vector<CellRange> merges_;
     std::map<int, Validation> validations_;
-    std::string scratch_;
     int links_ = 0;
     int emitted_validations_ = 0;
     bool links_limit_was_told_ = false;

@@ -2,6 +2,7 @@
 
 #include "OfficeFiles.h"
 #include "OfficeLog.h"
+#include "Platform/NumberLocale.h"
 #include "Platform/SheetStreams.h"
 #include "ZellBase/Util.h"
 
@@ -165,6 +166,7 @@ std::string CWorkbook::Pack()
         streams.push_back(worksheet->optimize_tmpfile);
     const CSheetStreams kept(streams);
     worksheets_.clear();
+    const CNumberLocale locale;
     // Frees the workbook whatever comes of it.
     const lxw_error error = workbook_close(std::exchange(library_, nullptr));
     if (error != LXW_NO_ERROR) {

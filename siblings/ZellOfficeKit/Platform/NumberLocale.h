@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+namespace ZellOfficeKit {
+
+// While it lives, numbers that this thread prints have a decimal point. The workbook library prints margins
+// and widths with printf; under a locale with a decimal comma, which a desktop program sets at its start, no
+// reader could open the workbook.
+class CNumberLocale
+{
+public:
+    CNumberLocale();
+    CNumberLocale(const CNumberLocale&) = delete;
+    CNumberLocale& operator=(const CNumberLocale&) = delete;
+    ~CNumberLocale();
+
+private:
+    std::intptr_t own_ = 0;  // the platform's handles
+    std::intptr_t previous_ = 0;
+};
+
+}  // namespace ZellOfficeKit
