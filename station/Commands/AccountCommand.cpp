@@ -1,0 +1,63 @@
+#include "station/Commands/Arguments.h"
+#include "station/Commands/Commands.h"
+#include "station/Data/Accounts.h"
+#include "station/Data/Store.h"
+#include "station/Platform/Platform.h"
+
+#include <fstream>
+#include <iostream>
+#include <system_error>
+
+namespace Station {
+
+int AccountCommand(const CommandLine& line)
+{
+    const Arguments arguments(line, {"--data"}, {});
+    if (arguments.Words().size() != 2 || arguments.Words()[0] != "add" || arguments.Words()[1].empty())
+        throw UsageError("account is used as: station account add NAME --data DIR");
+    const std::string& name = arguments.Words()[1];
+    if (name.find(':') != std::string::npos)
+        throw UsageError("a user name has no colon");
+    const auto database = OpenForWriting(arguments.Path("--data"));
+    const std::string password = Platform::ReadSecretLine("Password of " + name + ": ");
+    if (password.empty())
+        throw UsageError("the password, read from the standard input, is empty");
+    SetAccount(*database, name, password);
+    std::cout << "account " << name << " is set" << std::endl;
+    return ExitGood;
+}
+
+int TrustCommand(const CommandLine& line)
+{
+    const Arguments arguments(line, {"--data"}, {});
+    if (arguments.Words().size() != 1)
+        throw UsageError("trust is used as: station trust KEYFILE --data DIR");
+    const std::filesystem::path data = arguments.Path("--data");
+    std::ifstream source(std::filesystem::u8path(arguments.Words()[0]));
+    std::string digits;
+    source >> digits;
+    if (!IsCipherKey(digits))
+        throw StoreError(arguments.Words()[0] + " holds no key of 64 hex digits.");
+    OpenForWriting(data);
+    // The old file goes first, so that the new one never has its rights.
+    const std::filesystem::path target = CipherKeyFile(data);
+    std::filesystem::path temporary = target;
+    temporary += ".new";
+    std::error_code error;
+    std::filesystem::remove(temporary, error);
+    std::ofstream out(temporary, std::ios::binary);
+    const bool is_private = Platform::RestrictToOwner(temporary);
+    out << digits << '\n';
+    out.close();
+    if (is_private && out)
+        std::filesystem::rename(temporary, target, error);
+    if (!is_private || !out || error) {
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+        throw StoreError("The key can't be written to " + target.u8string() + ".");
+    }
+    std::cout << "the station shares the key of " << arguments.Words()[0] << std::endl;
+    return ExitGood;
+}
+
+}  // namespace Station

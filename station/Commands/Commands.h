@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Station {
+
+// What a command ends with.
+enum ExitCode : int {
+    ExitGood = 0,
+    ExitFailed = 1,
+    ExitUsage = 2,
+    ExitSomeSkipped = 3,  // of an import: not every photograph could be read
+};
+
+using CommandLine = std::vector<std::string>;
+
+// Each command gets the words behind its name. Throws UsageError and StoreError.
+int SeedCommand(const CommandLine& line);
+int ImportCommand(const CommandLine& line);
+int ServeCommand(const CommandLine& line);
+int AccountCommand(const CommandLine& line);
+int TrustCommand(const CommandLine& line);
+
+}  // namespace Station

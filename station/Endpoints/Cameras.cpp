@@ -1,0 +1,27 @@
+#include "station/Endpoints/Endpoints.h"
+#include "station/Services.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Station {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void AnswerCameras(Call& call)
+{
+    Json list = Json::array();
+    for (const Camera& camera : call.services.store.Cameras())
+        list.push_back({{"Id", camera.id}, {"Name", camera.name}, {"Place", camera.place}});
+    const Json answer = {{"ErrorModule", 0}, {"ErrorCode", 0}, {"Cameras", list}};
+    call.response.set_content(answer.dump(), kJson);
+}
+
+}  // namespace
+
+std::vector<Route> CameraRoutes()
+{
+    return {{"GET", "/api/v1/cameras", AnswerCameras}};
+}
+
+}  // namespace Station

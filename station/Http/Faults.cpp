@@ -1,0 +1,77 @@
+#include "station/Http/Faults.h"
+
+#include <chrono>
+
+namespace Station {
+namespace {
+
+bool Matches(const Fault& fault, const std::string& path)
+{
+    if (fault.path.empty())
+        return true;
+    if (fault.path.back() == '*')
+        return path.compare(0, fault.path.size() - 1, fault.path, 0, fault.path.size() - 1) == 0;
+    return path == fault.path;
+}
+
+// Counts the request; true if it is the fault's turn.
+bool IsItsTurn(Fault& fault)
+{
+    if (fault.after > 0) {
+        --fault.after;
+        return false;
+    }
+    if (fault.count == 0)
+        return false;
+    if (fault.count > 0)
+        --fault.count;
+    return true;
+}
+
+}  // namespace
+
+void FaultPlan::Add(const Fault& fault)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    faults_.push_back(fault);
+}
+
+void FaultPlan::Clear()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    faults_.clear();
+}
+
+FaultPlan::Verdict FaultPlan::Judge(const std::string& path)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    Verdict verdict;
+    for (Fault& fault : faults_) {
+        if (!Matches(fault, path) || !IsItsTurn(fault))
+            continue;
+        if (fault.kind == FaultKind::Delay) {
+            verdict.delay_ms += fault.delay_ms;
+        } else if (!verdict.is_hit) {
+            verdict.is_hit = true;
+            verdict.fault = fault;
+        }
+    }
+    return verdict;
+}
+
+void FaultPlan::WaitOut(std::int64_t delay_ms)
+{
+    if (delay_ms <= 0)
+        return;
+    std::unique_lock<std::mutex> lock(mutex_);
+    ended_.wait_for(lock, std::chrono::milliseconds(delay_ms), [this] { return is_ending_; });
+}
+
+void FaultPlan::EndWaits()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    is_ending_ = true;
+    ended_.notify_all();
+}
+
+}  // namespace Station

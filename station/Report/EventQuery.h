@@ -1,0 +1,23 @@
+#pragma once
+
+#include "station/Data/Store.h"
+#include "station/Report/Condition.h"
+#include "station/Report/PageCursors.h"
+
+#include <vector>
+
+namespace Station {
+
+struct EventPage
+{
+    std::int64_t first_row = 0;  // number of rows on the pages before
+    bool is_last = false;
+    std::vector<Event> events;
+};
+
+// Events in the order of time and number, so that pages never overlap. Throws StoreError.
+EventPage ReadEventPage(Database& database, PageCursors& cursors, const ReportCondition& condition);
+// Rows of the whole report.
+std::int64_t CountEvents(Database& database, const ReportCondition& condition);
+
+}  // namespace Station

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "station/Data/Accounts.h"
+#include "station/Data/Store.h"
+#include "station/Drawing/EventPictures.h"
+#include "station/Http/Faults.h"
+#include "station/Http/RequestCounts.h"
+#include "station/Report/PageCursors.h"
+#include "station/Report/SyntheticReport.h"
+
+#include <filesystem>
+
+namespace Station {
+
+// What the endpoints work with. Every member may be used from any thread.
+struct Services
+{
+    explicit Services(const std::filesystem::path& data) : store(data), accounts(store), pictures(data) {}
+
+    Store store;
+    AccountCheck accounts;
+    EventPictures pictures;
+    PageCursors cursors;
+    SyntheticReports synthetic;
+    FaultPlan faults;
+    RequestCounts counts;
+    bool has_control = false;
+    bool require_account = false;
+};
+
+}  // namespace Station

@@ -1,0 +1,59 @@
+#include "station/Commands/Arguments.h"
+#include "station/Commands/Commands.h"
+
+#include <exception>
+#include <iostream>
+#include <map>
+
+namespace {
+
+constexpr char kUsage[] =
+    R"(usage: station COMMAND
+  seed --data DIR [--events 4000] [--cameras 12] [--weeks 4] [--seed 1] [--end TIME] [--replace]
+      makes a site with alarm events over some weeks
+  import FOLDER --data DIR [--camera N]
+      makes events of a folder of photographs (JPEG, PNG); ends with 3 if some could not be read
+  serve --data DIR [--host 127.0.0.1] [--port 0] [--port-file FILE] [--control] [--require-account] [--key FILE]
+      answers until it is told to end; port 0 takes a free one, --control lets tests make it fail
+  account add NAME --data DIR
+      sets an account; its password is read from the standard input
+  trust KEYFILE --data DIR
+      shares the key that a client ciphers passwords with
+)";
+
+using Command = int (*)(const Station::CommandLine&);
+
+int Run(int argc, char** argv)
+{
+    const std::map<std::string, Command> commands = {{"seed", Station::SeedCommand},
+                                                     {"import", Station::ImportCommand},
+                                                     {"serve", Station::ServeCommand},
+                                                     {"account", Station::AccountCommand},
+                                                     {"trust", Station::TrustCommand}};
+    const std::string name = argc > 1 ? argv[1] : "";
+    if (name == "--help" || name == "-h" || name == "help") {
+        std::cout << kUsage;
+        return Station::ExitGood;
+    }
+    const auto command = commands.find(name);
+    if (command == commands.end()) {
+        std::cerr << kUsage;
+        return Station::ExitUsage;
+    }
+    return command->second(Station::CommandLine(argv + 2, argv + argc));
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return Run(argc, argv);
+    } catch (const Station::UsageError& error) {
+        std::cerr << "station: " << error.what() << "; try: station --help\n";
+        return Station::ExitUsage;
+    } catch (const std::exception& error) {
+        std::cerr << "station: " << error.what() << '\n';
+        return Station::ExitFailed;
+    }
+}
