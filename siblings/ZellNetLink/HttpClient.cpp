@@ -66,7 +66,8 @@ HttpResponse HttpClient::Perform(HttpRequest request)
 
 std::uint64_t HttpClient::Start(HttpRequest request, Done done)
 {
-    return core_->worker.Submit(std::move(request), std::move(done), false);
+    const bool somebody_waits = request.urgent;
+    return core_->worker.Submit(std::move(request), std::move(done), somebody_waits);
 }
 
 void HttpClient::Cancel(std::uint64_t id)

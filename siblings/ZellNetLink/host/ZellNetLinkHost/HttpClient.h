@@ -43,6 +43,8 @@ struct HttpRequest
     unsigned long timeout_ms = 60000;
     std::size_t max_body = 1024u << 20;  // bytes; a larger answer ends with AnswerTooLarge
     std::int64_t range_from = 0;         // above 0: asks for the bytes from there on
+    // Of Start: somebody waits for the answer, so it does not take turns with the others of that server.
+    bool urgent = false;
     // Where the body goes, if not to HttpResponse::body: called on the client's thread, piece by piece, only
     // for a status of 200 to 299; false ends the transfer. start is the offset of the first byte: 0, or
     // range_from if the server's Content-Range confirms it.
