@@ -114,6 +114,8 @@ CURLcode HttpTransfer::Prepare(CURL* easy)
     easy_ = easy;
     if (easy == nullptr)
         return CURLE_FAILED_INIT;
+    // Only a wish: a handle that was refused a protocol keeps its buffer, and takes no new size for it.
+    static_cast<void>(curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, kReceiveBuffer));
     const CURLcode result = Options(easy)
                                 .Set(CURLOPT_PRIVATE, static_cast<void*>(this))
                                 .Set(CURLOPT_URL, request_.url.c_str())
@@ -125,7 +127,6 @@ CURLcode HttpTransfer::Prepare(CURL* easy)
                                 .Set(CURLOPT_MAXREDIRS, kMaxRedirects)
                                 .Set(CURLOPT_NOPROXY, NoProxy().c_str())
                                 .Set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L)
-                                .Set(CURLOPT_BUFFERSIZE, kReceiveBuffer)
                                 .Set(CURLOPT_USERAGENT, "Fetchyard")
                                 .Set(CURLOPT_HEADERFUNCTION, &HttpTransfer::OnHeader)
                                 .Set(CURLOPT_HEADERDATA, static_cast<void*>(this))
