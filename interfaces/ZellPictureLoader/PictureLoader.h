@@ -8,8 +8,11 @@
 
 namespace ZellPictureLoader {
 
-// Starts and stops the library. Calls are counted; the last of as many stops as starts ends its threads. The
-// text is the folder of the cache, empty for "PictureCache/" in the client's data folder.
+// Starts and stops the library. Calls are counted; the last of as many stops as starts ends its threads and
+// empties the cache, and whoever waits for a picture then gets the error (23, 6). Further stops do nothing.
+// The text is the folder of the cache, empty for "PictureCache/" in the client's data folder; several clients
+// may share one, and a later start of a running library keeps the folder of the first. False: the folder
+// can't be made, and the call does not count. Any thread.
 ZELLPICTURELOADER_API bool InitZellPictureLoader(const std::string& cache_folder);
 ZELLPICTURELOADER_API void UninitZellPictureLoader();
 
@@ -33,7 +36,8 @@ public:
     std::string GetValstr_request() const;
     void SetValb_save_cache(const bool& save);
     bool GetValb_save_cache() const;
-    void SetValidWorkStation(const unsigned int& id);  // site that serves the picture
+    void SetValidWorkStation(
+        const unsigned int& id);  // site that serves the picture; -1 as 0, the client's own
     unsigned int GetValidWorkStation() const;
     void SetValurl_type(const Type& type);
     Type GetValurl_type() const;
@@ -80,7 +84,11 @@ public:
     virtual ~CImageMultiSyncLoader();
 
     // Fetch the picture and wait for it. True: it is in save_full_name (replaced whole, a copy of what the
-    // cache holds) or in data, and error is (0, 0). False: error says why, and the target is as it was.
+    // cache holds) or in data, and error is (0, 0). False: error says why, and the target is as it was:
+    // module 21 holds a HTTP status, 22 a code of libcurl (3 for an address that is empty or missing), 23
+    // says that the answer was empty (1) or too large (2), the site is unknown (4), the library is not
+    // started (5) or was stopped meanwhile (6), and 0 that the disk failed. Whether the answer is a picture
+    // is not looked at.
     bool SyncLoadImage(Zell::Base::Error::ErrorCode& error, const std::shared_ptr<CImageSyncParam>& param);
     bool SyncLoadImage(Zell::Base::Error::ErrorCode& error, std::string& data,
                        const std::shared_ptr<CImgUrlKey>& key);
