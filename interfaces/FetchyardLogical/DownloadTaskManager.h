@@ -39,18 +39,21 @@ public:
 
     // Starts the engine; true also if it runs. False means that it could not start.
     bool Init();
-    // Stops the engine: waiting tasks are taken out of the queue, running ones are stopped and waited for.
-    // False if it does not run.
+    // Stops the engine: waiting tasks are taken out of the queue and reported as stopped, running ones are
+    // stopped and waited for. The engine then knows no task any more, and Init works again. False if it does
+    // not run, or on a thread that runs a task.
     bool Unit();
     // Keeps the callback with which an error is turned into text, for the log and for hosts.
     void SetTransCallback(std::function<std::string(const Zell::Base::Error::ErrorCode&)> callback);
     // How many tasks may run at once from now on, 1 or more. Before the first call the limit is 5. A lower
     // limit ends no task that runs.
     void SetMaxParallelDownloadNum(const int& count);
-    // Queues the tasks. False if the engine does not run, or if the list or one of its entries is null.
+    // Queues the tasks, all or none: false if the engine does not run, the list is empty, an entry is null or
+    // stands in it twice, or a task still waits or runs. A task that has ended may be handed over again.
     bool AddTransferTask(const std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskBase>>& tasks);
     // Every task that the engine knows, finished ones included, by number in the order of hand-over: a
-    // snapshot that nobody changes and that lives as long as the engine's next snapshot but one.
+    // snapshot that nobody changes. The reference is for the calling thread, and good until that thread's
+    // next call, its end, or its Unit.
     const std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>>& GetAllTask();
     // Gives an account to the tasks that wait for one: the text is JSON with "UserName" and the ciphered
     // "PassWord"; the login is stored, and each task held whose record is marked as sensitive gets a call of
