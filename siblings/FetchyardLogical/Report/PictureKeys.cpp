@@ -1,0 +1,53 @@
+#include "Report/PictureKeys.h"
+
+#include <string>
+
+using ZellPictureLoader::CImgUrlKey;
+
+namespace FetchyardLogical::details {
+
+namespace {
+
+constexpr int kTextReport = 3;
+constexpr int kEmbeddedPicture = 2;
+constexpr int kLinkedPicture = 3;
+constexpr int kOrdinaryAddress = 1;
+// Stands in the address of a device's picture, which is never cached.
+constexpr char kDeviceMark[] = "QUERN";
+
+bool IsCacheablePicture(const ExportCell& cell)
+{
+    const int type = cell.cell_format.cell_type;
+    return (type == kEmbeddedPicture || type == kLinkedPicture) && !cell.cell_name.empty() &&
+           cell.cell_name.find(kDeviceMark) == std::string::npos;
+}
+
+std::shared_ptr<CImgUrlKey> KeyOf(const ExportCell& cell, unsigned int page_station)
+{
+    const std::size_t mark = cell.cell_name.find('?');
+    auto key = std::make_shared<CImgUrlKey>();
+    key->SetValurl_type(static_cast<CImgUrlKey::Type>(kOrdinaryAddress));
+    key->SetValstrImageUrl(cell.cell_name);
+    key->SetValstr_request(mark == std::string::npos ? cell.cell_name : cell.cell_name.substr(mark + 1));
+    key->SetValb_save_cache(true);
+    key->SetValidWorkStation(cell.work_station_id == ExportCell::kPageWorkStation ? page_station
+                                                                                  : cell.work_station_id);
+    return key;
+}
+
+}  // namespace
+
+std::vector<std::shared_ptr<CImgUrlKey>> PictureKeys(const ExportDataNode& page)
+{
+    std::vector<std::shared_ptr<CImgUrlKey>> keys;
+    if (page.export_file_type == kTextReport)
+        return keys;
+    for (const ExportSheet& sheet : page.vec_sheets)
+        for (const std::vector<ExportCell>& row : sheet.vec_rows)
+            for (const ExportCell& cell : row)
+                if (IsCacheablePicture(cell))
+                    keys.push_back(KeyOf(cell, page.work_station_id));
+    return keys;
+}
+
+}  // namespace FetchyardLogical::details
