@@ -5,8 +5,10 @@
 #include "ZellBase/Error.h"
 #include "ZellBase/Observer.h"
 #include "ZellBase/Singleton.h"
+#include "ZellTaskKit/DownloadTaskParam.h"
 #include "ZellTaskKit/DownloadTypes.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -50,6 +52,15 @@ public:
     bool Init();
     // Stops both. False, with everything as it was, if the engine can't stop.
     bool Unit();
+
+    // Single files, one JSON text for each task. False, with the thread's last error, at the first text that
+    // can't be used. The tasks get the base part of their records only and fail at their first step:
+    // downloads that are to succeed are asked for with records.
+    bool AddFileDownloadTask(std::vector<std::string>& task_guids, const std::vector<std::string>& requests);
+    // Single files, one record for each task: a VideoTaskParam, ImageParam, FileExportParam or
+    // ShortVideoDownloadParam, as its file type says. False at the first record whose class is another.
+    bool AddFileDownloadTask(std::vector<std::string>& task_guids,
+                             const std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskParam>>& records);
 
     // Report exports, one JSON text each. A text that can't be used is logged and skipped. Throws
     // std::out_of_range for a report name of under 23 bytes whose path is longer than 259.

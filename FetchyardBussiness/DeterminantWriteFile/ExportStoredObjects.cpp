@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/ErrorText.h"
 #include "FetchyardBussiness/Log.h"
+#include "FetchyardBussiness/ShortVideo/StoredObject.h"
 
 namespace FetchyardBussiness {
 
@@ -8,44 +9,17 @@ using Zell::Base::Error::SetLastError;
 
 namespace {
 
-// The call that fetches an object.
-enum UploadType : int {
-    kPicture = 0,
-    kFile = 1,
-    kLocalStoragePicture = 2,
-};
-
-bool IsKnown(int upload_type)
-{
-    return upload_type == kPicture || upload_type == kFile || upload_type == kLocalStoragePicture;
-}
-
-bool Fetch(ZellTaskKit::CFileDownloader& downloader, const ShortVideoItem& clip)
-{
-    const std::string target = clip.save_path + clip.file_name;
-    switch (clip.EnumUpLoadType) {
-        case kPicture:
-            return downloader.DownloadFileByPic(clip.str_shortvideo_url, target, {}, nullptr,
-                                                clip.EnumStoragePlace);
-        case kFile:
-            return downloader.DownloadFile(clip.str_shortvideo_url, target, {}, nullptr,
-                                           clip.EnumStoragePlace);
-        default:
-            return downloader.DownloadFileByPicInOXT(clip.str_shortvideo_url, target, {}, nullptr);
-    }
-}
-
 // Also says in the log what has failed.
 Zell::Base::Error::ErrorCode ErrorOf(const ShortVideoItem& clip)
 {
     const char* url = clip.str_shortvideo_url.c_str();
     switch (clip.EnumUpLoadType) {
-        case kPicture:
+        case kUploadPicture:
             LogError(
                 "download pic object iter_param.str_shortvideo_url = %s, iter_param.EnumStoragePlace = %d",
                 url, clip.EnumStoragePlace);
             return OwnError(kErrorPicture);
-        case kFile:
+        case kUploadFile:
             LogError(
                 "download file object iter_param.str_shortvideo_url = %s, iter_param.EnumStoragePlace = %d",
                 url, clip.EnumStoragePlace);
@@ -83,9 +57,9 @@ bool CDeterminantWriteFileTask::FetchStoredObject(DeterminantDownloadParam& para
                                                   bool is_evidence)
 {
     const ShortVideoItem& clip = entry.clip;
-    if (!IsKnown(clip.EnumUpLoadType))
+    if (!IsKnownUploadType(clip.EnumUpLoadType))
         return true;
-    if (Fetch(*file_downloader, clip)) {
+    if (FetchStoredObjectFile(*file_downloader, clip)) {
         entry.is_has_download = true;
         return true;
     }
@@ -100,20 +74,20 @@ bool CDeterminantWriteFileTask::EndsWithStoredObject(DeterminantDownloadParam& p
 {
     if (param.vs_file_param_.is_continue_dowinloading) {
         std::string reason = ReasonText(error);
-        if (clip.EnumUpLoadType == kFile)
+        if (clip.EnumUpLoadType == kUploadFile)
             reason = clip.str_shortvideo_url + " " + reason;
         error_file_map.emplace(clip.file_name, reason);
         // A picture of the local storage leaves no code.
-        if (clip.EnumUpLoadType != kLocalStoragePicture)
+        if (clip.EnumUpLoadType != kUploadLocalStoragePicture)
             error_code_map.emplace(error.iSecondCode, error.iFirstCode);
         SetErrorCodeJsonToUp();
         return false;
     }
-    if (clip.EnumUpLoadType == kFile)
+    if (clip.EnumUpLoadType == kUploadFile)
         LogError("CDeterminantWriteFileTask::Exec()  video download filed");
     else
         LogError("CDeterminantWriteFileTask::Exec()  PIC_OXT download filed");
-    if (clip.EnumUpLoadType != kLocalStoragePicture)
+    if (clip.EnumUpLoadType != kUploadLocalStoragePicture)
         SetLastError(error);
     NotifyTaskState(is_evidence ? ZellTaskKit::UploadFailed : ZellTaskKit::Failed);
     return true;
