@@ -108,7 +108,7 @@ bool HttpWorker::Begin(TransferPtr transfer)
         return true;
     }
     transfer->Finish(result);
-    KeepHandle(easy);
+    curl_easy_cleanup(easy);
     return false;
 }
 
@@ -143,10 +143,14 @@ void HttpWorker::Collect()
         if (message->msg != CURLMSG_DONE)
             continue;
         const CURLcode code = message->data.result;
-        const TransferPtr transfer = Release(message->easy_handle);
-        if (!transfer)
-            continue;
+        CURL* easy = message->easy_handle;
+        const TransferPtr transfer = Release(easy);
         transfer->Finish(code);
+        // A handle that failed early still has its buffer and takes no other size for it.
+        if (code == CURLE_OK)
+            KeepHandle(easy);
+        else
+            curl_easy_cleanup(easy);
         Ended(*transfer);
     }
 }
@@ -161,8 +165,10 @@ void HttpWorker::CancelNow(std::uint64_t id)
                                     [id](const auto& entry) { return entry.second->Id() == id; });
     if (found == running_.end())
         return;
-    const TransferPtr transfer = Release(found->first);
+    CURL* easy = found->first;
+    const TransferPtr transfer = Release(easy);
     transfer->FinishCancelled();
+    curl_easy_cleanup(easy);
     Ended(*transfer);
 }
 
@@ -184,12 +190,9 @@ HttpWorker::TransferPtr HttpWorker::TakeWaiting(std::uint64_t id)
 HttpWorker::TransferPtr HttpWorker::Release(CURL* easy)
 {
     const auto found = running_.find(easy);
-    if (found == running_.end())
-        return nullptr;
     TransferPtr transfer = std::move(found->second);
     running_.erase(found);
     curl_multi_remove_handle(multi_, easy);
-    KeepHandle(easy);
     return transfer;
 }
 
@@ -204,8 +207,6 @@ CURL* HttpWorker::TakeHandle()
 
 void HttpWorker::KeepHandle(CURL* easy)
 {
-    if (easy == nullptr)
-        return;
     if (idle_handles_.size() >= kMaxIdleHandles) {
         curl_easy_cleanup(easy);
         return;
