@@ -111,9 +111,8 @@ struct CCSVParser::Impl
     {
         CFailedPaths::Instance().Add(path);
         const std::string own = path.toStdString();
-        const std::string aside = MoveAside(own, NameOfPath(own));
-        OFFICE_LOG_ERROR("CCSVParser::CloseFile", "bytes did not reach the disk, the file " + own +
-                                                      (aside.empty() ? " was removed" : " is now " + aside));
+        OFFICE_LOG_ERROR("CCSVParser::CloseFile", "bytes did not reach the disk" +
+                                                      MoveAside(own, NameOfPath(own), ", the file " + own));
     }
 
     CCsvEncoder encoder;

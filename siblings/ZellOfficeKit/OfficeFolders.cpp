@@ -108,17 +108,22 @@ bool MoveIntoPlace(const std::string& source, const std::string& target)
     return true;
 }
 
-std::string MoveAside(const std::string& path, const std::string& name)
+std::string MoveAside(const std::string& path, const std::string& name, const std::string& what)
 {
+    std::error_code error;
+    const fs::file_status status = fs::status(fs::u8path(path), error);
+    if (!fs::exists(status))
+        return {};
+    if (!fs::is_regular_file(status))
+        return what + " is no plain file and stays";
     const std::string folder = SetAsideFolder();
     const fs::path own = fs::u8path(name);
     const std::string target = folder + "/" + own.stem().u8string() + "-" +
                                Zell::Base::GuidUtil::CreateGuid() + own.extension().u8string();
     if (MakeOwnFolder(fs::u8path(folder)) && MoveIntoPlace(path, target))
-        return target;
-    std::error_code error;
-    fs::remove(fs::u8path(path), error);
-    return {};
+        return what + " is now " + target;
+    const bool is_removed = fs::remove(fs::u8path(path), error);
+    return what + (is_removed ? " was removed" : " can't be removed");
 }
 
 bool CanBeCreated(const std::string& path)

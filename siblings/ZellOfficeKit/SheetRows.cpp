@@ -21,9 +21,10 @@ void AppendColumnName(std::string& xml, int col)
         xml.push_back(letters[--count]);
 }
 
+// The other blanks are escaped as control characters.
 bool IsBlank(char letter)
 {
-    return letter == ' ' || (letter >= '\t' && letter <= '\r');
+    return letter == ' ' || letter == '\t' || letter == '\n';
 }
 
 // Pixels as points, of which a pixel is three quarters; without printf, whose decimal point depends on the

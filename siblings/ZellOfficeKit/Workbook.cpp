@@ -15,8 +15,6 @@
 namespace ZellOfficeKit {
 namespace {
 
-// What the other parts of a small workbook take.
-constexpr std::uint64_t kOtherParts = 1U << 20U;
 // Rows pack to about a tenth; less than this share of them is never enough.
 constexpr std::uint64_t kLeastPackedShare = 20;
 
@@ -139,7 +137,7 @@ std::string CWorkbook::LookForSpace(const std::vector<ExpectedSheet>& expected) 
     }
     std::error_code error;
     const auto space = std::filesystem::space(std::filesystem::u8path(work_folder_), error);
-    const std::uint64_t needed = largest + sum / kLeastPackedShare + kOtherParts;
+    const std::uint64_t needed = largest + sum / kLeastPackedShare + limits_.spare_bytes;
     if (error || space.available >= needed)
         return {};
     return "the work folder " + work_folder_ + " has " + std::to_string(space.available) +
@@ -179,18 +177,11 @@ std::string CWorkbook::Pack()
 void CWorkbook::SetAside(const std::string& reason) const
 {
     const std::string name = NameOfPath(file_path_);
-    std::error_code error;
-    std::string aside;
-    if (std::filesystem::exists(std::filesystem::u8path(scratch_path_), error))
-        aside = MoveAside(scratch_path_, name);
     // An older report of that name would be taken for this one.
-    std::string older;
-    if (std::filesystem::exists(std::filesystem::u8path(file_path_), error))
-        older = MoveAside(file_path_, name);
     OFFICE_LOG_ERROR("CExcelControllorWithC::Close",
                      "the workbook " + file_path_ + " is not whole: " + reason +
-                         (aside.empty() ? std::string() : "; what there is of it is now " + aside) +
-                         (older.empty() ? std::string() : "; an older one is now " + older));
+                         MoveAside(scratch_path_, name, "; what there is of it") +
+                         MoveAside(file_path_, name, "; an older one"));
 }
 
 }  // namespace ZellOfficeKit
