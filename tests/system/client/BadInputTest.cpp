@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
@@ -10,7 +9,7 @@ using namespace SystemTest;
 
 namespace {
 
-class ClientBadInput : public StationFixture
+class ClientBadInput : public ClientFixture
 {
 protected:
     void ExpectFailedWith(const ClientRun::Result& result, const std::string& words)

@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +9,7 @@ using namespace SystemTest;
 
 namespace {
 
-class ClientExport : public StationFixture
+class ClientExport : public ClientFixture
 {
 };
 

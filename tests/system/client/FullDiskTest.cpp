@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +9,7 @@ namespace {
 
 // Exports onto a file system of 200 KiB of their own, in a mount namespace that ends with the client. What is
 // there at the end is listed, since nobody else can see it.
-class ClientFullDisk : public StationFixture
+class ClientFullDisk : public ClientFixture
 {
 protected:
     ClientRun::Result RunOnSmallDisk(const json& request)

@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +6,7 @@ using namespace SystemTest;
 
 namespace {
 
-class Leaving : public StationFixture
+class Leaving : public ClientFixture
 {
 };
 

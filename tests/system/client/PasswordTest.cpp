@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,7 @@ using namespace SystemTest;
 
 namespace {
 
-class ClientPasswords : public StationFixture
+class ClientPasswords : public ClientFixture
 {
 protected:
     // The key goes to the station by the two commands that a person would use.

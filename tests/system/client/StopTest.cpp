@@ -1,5 +1,4 @@
-#include "ClientRun.h"
-#include "StationFixture.h"
+#include "ClientFixture.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
@@ -9,7 +8,7 @@ using namespace SystemTest;
 
 namespace {
 
-class ClientStop : public StationFixture
+class ClientStop : public ClientFixture
 {
 };
 

@@ -1,11 +1,10 @@
 #include "StationFixture.h"
 
+#include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -25,7 +24,8 @@ protected:
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program, words);
         ASSERT_TRUE(process.waitForFinished(600000)) << program.toStdString();
-        ASSERT_EQ(process.exitCode(), 0) << words.join(' ').toStdString() << "\n" << process.readAll().toStdString();
+        ASSERT_EQ(process.exitCode(), 0) << words.join(' ').toStdString() << "\n"
+                                         << process.readAll().toStdString();
     }
 };
 
