@@ -18,11 +18,11 @@ int AccountCommand(const CommandLine& line)
     const std::string& name = arguments.Words()[1];
     if (name.find(':') != std::string::npos)
         throw UsageError("a user name has no colon");
-    const auto database = OpenForWriting(arguments.Path("--data"));
+    const std::filesystem::path data = arguments.Path("--data");
     const std::string password = Platform::ReadSecretLine("Password of " + name + ": ");
     if (password.empty())
         throw UsageError("the password, read from the standard input, is empty");
-    SetAccount(*database, name, password);
+    SetAccount(*OpenForWriting(data), name, password);
     std::cout << "account " << name << " is set" << std::endl;
     return ExitGood;
 }

@@ -6,6 +6,7 @@ namespace Station {
 namespace {
 
 constexpr int kBusyMs = 10000;
+constexpr std::size_t kMostStatements = 100;
 
 }  // namespace
 
@@ -109,6 +110,15 @@ Database::~Database()
     for (const auto& entry : statements_)
         sqlite3_finalize(entry.second);
     sqlite3_close(database_);
+}
+
+void Database::Tidy()
+{
+    if (statements_.size() <= kMostStatements)
+        return;
+    for (const auto& entry : statements_)
+        sqlite3_finalize(entry.second);
+    statements_.clear();
 }
 
 void Database::Fail(const std::string& what) const

@@ -70,6 +70,8 @@ public:
     // A statement is prepared once for each text; two of one text must not be in use at once.
     Statement Prepare(const std::string& sql);
     std::int64_t LastInsertId() const;
+    // Forgets statements if there are many; none may be in use.
+    void Tidy();
 
 private:
     [[noreturn]] void Fail(const std::string& what) const;

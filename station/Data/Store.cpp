@@ -104,6 +104,7 @@ Store::Loan::Loan(Store& store, std::unique_ptr<Database> database)
 
 Store::Loan::~Loan()
 {
+    database_->Tidy();
     const std::lock_guard<std::mutex> lock(store_.mutex_);
     store_.idle_.push_back(std::move(database_));
 }

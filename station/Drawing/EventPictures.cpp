@@ -2,8 +2,8 @@
 
 #include "station/Clock.h"
 #include "station/Drawing/Overlay.h"
-#include "station/Drawing/Random.h"
 #include "station/Drawing/Scenes.h"
+#include "station/Random.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 #include "station/Drawing/Figures.h"
 
 #include "station/Drawing/Lettering.h"
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <QLinearGradient>
 #include <QPainterPath>

@@ -1,6 +1,6 @@
 #include "station/Drawing/IndoorScenes.h"
 
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <QLinearGradient>
 #include <QRadialGradient>

@@ -1,7 +1,7 @@
 #include "station/Drawing/OutdoorScenes.h"
 
 #include "station/Drawing/Figures.h"
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <QLinearGradient>
 #include <QPainterPath>
@@ -16,7 +16,7 @@ constexpr double kHeight = kPictureHeight;
 // Day colours, darkened by the hour.
 QColor Lit(const QColor& colour, Light light)
 {
-    return light == Light::Day ? colour : light == Light::Dusk ? colour.darker(155) : colour.darker(300);
+    return light == Light::Day ? colour : light == Light::Dusk ? colour.darker(155) : colour.darker(230);
 }
 
 void FillDown(QPainter& painter, const QRectF& area, const QColor& top, const QColor& bottom)
@@ -195,7 +195,7 @@ void DrawFence(QPainter& painter, std::uint64_t seed, Light light)
                  90 + random.Below(80));
     FillDown(painter, QRectF(0, kHorizon, kWidth, kHeight - kHorizon), Lit(QColor(116, 132, 84), light),
              Lit(QColor(82, 104, 58), light));
-    for (int blade = 0; blade < 2600; ++blade) {
+    for (int blade = 0; blade < 1500; ++blade) {
         const double t = random.Fraction();
         painter.setBrush(Lit(QColor(70 + random.Below(50), 100 + random.Below(46), 48), light));
         painter.drawRect(

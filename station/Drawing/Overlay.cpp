@@ -3,7 +3,7 @@
 #include "station/Clock.h"
 #include "station/Drawing/Figures.h"
 #include "station/Drawing/Lettering.h"
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <QRadialGradient>
 
@@ -53,7 +53,7 @@ void DrawMark(const Canvas& canvas, const QRectF& box, QRgb colour, const std::s
     canvas.painter.drawRect(box);
     canvas.painter.setPen(Qt::NoPen);
     const Lettering& letters = Lettering::Instance();
-    const int top = std::max(60, static_cast<int>(box.top()) - letters.Height());
+    const int top = std::max(66, static_cast<int>(box.top()) - letters.Height());
     letters.Draw(canvas.painter, static_cast<int>(box.left()), top, label);
 }
 
@@ -165,6 +165,10 @@ constexpr std::array<std::pair<std::string_view, DrawHappening>, 10> kHappenings
 
 void DrawBurntInTexts(QPainter& painter, const Event& event)
 {
+    constexpr int kStrip = 64;
+    constexpr QRgb kShade = 0x6e000000;
+    painter.fillRect(0, 0, kPictureWidth, kStrip, QColor::fromRgba(kShade));
+    painter.fillRect(0, kPictureHeight - kStrip, kPictureWidth, kStrip, QColor::fromRgba(kShade));
     const Lettering& letters = Lettering::Instance();
     letters.Draw(painter, 24, 18, FormatTime(event.time));
     letters.Draw(painter, kPictureWidth - 24 - letters.Width(event.camera), 18, event.camera);

@@ -2,7 +2,7 @@
 
 #include "station/Drawing/IndoorScenes.h"
 #include "station/Drawing/OutdoorScenes.h"
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <QRadialGradient>
 

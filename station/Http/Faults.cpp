@@ -9,9 +9,11 @@ bool Matches(const Fault& fault, const std::string& path)
 {
     if (fault.path.empty())
         return true;
-    if (fault.path.back() == '*')
-        return path.compare(0, fault.path.size() - 1, fault.path, 0, fault.path.size() - 1) == 0;
-    return path == fault.path;
+    const char last = fault.path.back();
+    if (last != '*' && last != '/')
+        return path == fault.path;
+    const std::size_t begin = fault.path.size() - (last == '*' ? 1 : 0);
+    return path.compare(0, begin, fault.path, 0, begin) == 0;
 }
 
 // Counts the request; true if it is the fault's turn.

@@ -13,7 +13,8 @@ enum class FaultKind { Delay, Status, Cut, Garbage, Reset };
 // One way in which requests are to go wrong.
 struct Fault
 {
-    std::string path;  // as asked, without the query; a final "*" stands for any rest; empty matches all
+    std::string
+        path;  // as asked, without the query; a final "/" or "*" stands for any rest; empty matches all
     FaultKind kind = FaultKind::Delay;
     std::int64_t delay_ms = 0;
     int status = 500;

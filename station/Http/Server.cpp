@@ -8,6 +8,7 @@
 
 #include <exception>
 #include <iostream>
+#include <thread>
 
 namespace Station {
 namespace {
@@ -151,6 +152,9 @@ void Server::Stop()
 {
     is_stopping_ = true;
     services_.faults.EndWaits();
+    // The library takes no notice of a stop that comes before it has begun.
+    while (!is_running() && !is_over_)
+        std::this_thread::yield();
     stop();
     const std::lock_guard<std::mutex> lock(sockets_mutex_);
     for (const Platform::Socket socket : sockets_)

@@ -28,7 +28,8 @@ public:
     int Port() const { return port_; }
     // Serves on the calling thread until Stop; false if it could not.
     bool Serve();
-    // From another thread: lets answers under way finish, then Serve returns.
+    // From another thread, while Serve runs or is about to: lets answers under way finish, then Serve
+    // returns.
     void Stop();
 
 private:
@@ -40,6 +41,7 @@ private:
     Services& services_;
     const std::vector<Route> routes_;
     int port_ = 0;
+    std::atomic<bool> is_over_{false};
     std::atomic<bool> is_stopping_{false};
     std::atomic<bool> is_crowded_{false};
     std::mutex sockets_mutex_;

@@ -11,6 +11,7 @@ namespace {
 
 using Json = nlohmann::json;
 constexpr std::int64_t kMostPages = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMostChoices = 1000;
 
 bool ReadText(const Json& json, const char* name, std::string& value, std::string& reason)
 {
@@ -46,13 +47,13 @@ bool ReadList(const Json& json, const char* name, bool (Json::*is_right)() const
     const auto member = json.find(name);
     if (member == json.end() || member->is_null())
         return true;
-    bool is_good = member->is_array();
+    bool is_good = member->is_array() && member->size() <= kMostChoices;
     if (is_good)
         for (const Json& item : *member)
             is_good = is_good && (item.*is_right)();
     if (!is_good) {
-        reason = std::string(name) + " must be a list of " +
-                 (std::is_same_v<T, std::string> ? "texts." : "whole numbers.");
+        reason = std::string(name) + " must be a list of at most " + std::to_string(kMostChoices) +
+                 (std::is_same_v<T, std::string> ? " texts." : " whole numbers.");
         return false;
     }
     for (const Json& item : *member)

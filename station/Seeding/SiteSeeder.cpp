@@ -2,7 +2,7 @@
 
 #include "station/Clock.h"
 #include "station/Data/Store.h"
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 #include "station/Seeding/SiteTexts.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "station/Drawing/Random.h"
+#include "station/Random.h"
 
 #include <string>
 
