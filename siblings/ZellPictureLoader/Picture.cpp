@@ -151,10 +151,8 @@ std::shared_ptr<CPicture> CPictureReceiver::Finish()
         RemoveFile();
     if (error_.iSecondCode != 0 || size_ == 0)
         return nullptr;
-    if (file_.empty()) {
-        bytes_.shrink_to_fit();
+    if (file_.empty())
         return std::make_shared<CPicture>(std::move(bytes_));
-    }
     return std::make_shared<CPicture>(folder_, std::exchange(file_, std::string()), size_);
 }
 

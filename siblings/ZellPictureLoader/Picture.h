@@ -24,7 +24,7 @@ public:
     bool is_file() const { return folder_ != nullptr; }
     std::uint64_t size() const { return size_; }
     // Bytes that the object holds in memory.
-    std::size_t memory() const { return bytes_.size(); }
+    std::size_t memory() const { return bytes_.capacity(); }
 
     // Each returns (0, 0) or the system's error.
     Zell::Base::Error::ErrorCode ReadInto(std::string& data) const;

@@ -14,8 +14,6 @@ using ZellNetLink::HttpRequest;
 using ZellNetLink::HttpResponse;
 using Clock = std::chrono::steady_clock;
 
-// What has arrived and waits for the disk; above that, the warm-up waits for the disk as well.
-constexpr std::size_t kMemoryToStore = 8u << 20;
 // A client that does not end a cancelled transfer in that time is left alone with it.
 constexpr std::chrono::seconds kPatienceWithCancelled{2};
 
@@ -163,7 +161,7 @@ void CSession::Begin(const TransferPtr& transfer, TransferList& begin)
 void CSession::BeginWarm(TransferList& begin)
 {
     const Clock::time_point now = Clock::now();
-    while (warm_running_ < bounds_.connections && memory_to_store_ < kMemoryToStore && !queue_.empty()) {
+    while (warm_running_ < bounds_.connections && HasMemory() && !queue_.empty()) {
         const TransferPtr transfer = queue_.front();
         const bool queued = transfer->state == State::Queued;
         const bool wanted = now - transfer->queued_at < bounds_.keep_unasked;
@@ -297,7 +295,9 @@ void CSession::End(const TransferPtr& transfer, std::shared_ptr<CPicture> pictur
     transfer->state = State::Ended;
     transfer->picture = std::move(picture);
     transfer->error = error;
-    if (!transfer->key.empty() && transfer->picture != nullptr) {
+    // While the disk is behind, a picture that is handed out anyway is not kept for later.
+    const bool wanted = HasMemory() || !transfer->asked;
+    if (!transfer->key.empty() && transfer->picture != nullptr && wanted) {
         memory_to_store_ += transfer->picture->memory();
         to_store_.push_back(transfer);
         store_work_.notify_one();
@@ -365,6 +365,11 @@ std::shared_ptr<CPicture> CSession::MakeFile(const TransferPtr& transfer)
     const std::lock_guard<std::mutex> lock(mutex_);
     ForgetQueue();
     return nullptr;
+}
+
+bool CSession::HasMemory() const
+{
+    return memory_to_store_ < bounds_.memory_bytes;
 }
 
 bool CSession::IsQuiet() const

@@ -90,6 +90,7 @@ private:
     void End(const TransferPtr& transfer, std::shared_ptr<CPicture> picture,
              const Zell::Base::Error::ErrorCode& error);
     void ForgetQueue();
+    bool HasMemory() const;
     bool IsQuiet() const;
 
     // Without the lock.

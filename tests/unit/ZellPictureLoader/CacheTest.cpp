@@ -149,6 +149,19 @@ TEST_F(PictureCache, PicturesThatNobodyEverAsksForGiveWayInTheEnd)
     EXPECT_EQ(GetLoaderStatistics().evictions, 3u);
 }
 
+TEST_F(PictureCache, WithoutMemoryPicturesAreHandedOutAndNotKept)
+{
+    LoaderBounds bounds;
+    bounds.memory_bytes = 0;
+    Start(bounds);
+    WarmPictures(OrdinaryKeys(3));
+    ASSERT_TRUE(Quiet());
+    EXPECT_EQ(server_.Total(), 0u);
+    EXPECT_FALSE(IsHit("/pictures/0.jpg"));
+    EXPECT_FALSE(IsHit("/pictures/0.jpg"));
+    EXPECT_EQ(ReadFile(Target("out.jpg")), PictureOf("/pictures/0.jpg"));
+}
+
 TEST_F(PictureCache, UsersDoNotSeeEachOthersPictures)
 {
     Start();

@@ -15,6 +15,9 @@ struct LoaderBounds
 {
     std::uint64_t cache_bytes = 256u << 20;
     std::size_t cache_files = 20000;
+    // Above that, nothing is fetched ahead, and what is handed out at once is not cached; what is under way
+    // comes on top, half a MiB for each transfer at most.
+    std::size_t memory_bytes = 8u << 20;
     std::size_t connections = 16;     // of the warm-up; a picture that somebody waits for has its own
     std::size_t queued_keys = 10000;  // pictures that wait for the warm-up; further ones are passed over
     // How long a picture that was fetched ahead and not asked for keeps its place against newer ones, and how
