@@ -42,17 +42,17 @@ void ShowAs(std::string& text, char letter, const char* shown)
 std::string FormatLogText(const char* format, std::va_list arguments)
 {
     char line[1024];
-    std::va_list again;
-    va_copy(again, arguments);
-    const int size = std::vsnprintf(line, sizeof line, format, arguments);
+    std::va_list first;
+    va_copy(first, arguments);
+    const int size = std::vsnprintf(line, sizeof line, format, first);
+    va_end(first);
     std::string text;
     if (size < 0)
         text = format;
     else if (static_cast<std::size_t>(size) < sizeof line)
         text.assign(line, static_cast<std::size_t>(size));
     else
-        text = FormatLong(format, again, static_cast<std::size_t>(size));
-    va_end(again);
+        text = FormatLong(format, arguments, static_cast<std::size_t>(size));
     ShowAs(text, '\n', "\\n");
     ShowAs(text, '\r', "\\r");
     return text;

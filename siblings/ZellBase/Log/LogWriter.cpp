@@ -17,10 +17,10 @@ namespace Zell::Base::details {
 namespace {
 
 constexpr char kPattern[] = "%Y-%m-%d %H:%M:%S.%e %L %n %v";
-constexpr std::size_t kFileSize = 10 * 1024 * 1024;
+constexpr std::size_t kFileSize = std::size_t{10} * 1024 * 1024;
 constexpr std::size_t kOldFiles = 3;
-constexpr std::size_t kQueueLines = 16 * 1024;
-constexpr std::size_t kQueueBytes = 16 * 1024 * 1024;
+constexpr std::size_t kQueueLines = std::size_t{16} * 1024;
+constexpr std::size_t kQueueBytes = std::size_t{16} * 1024 * 1024;
 constexpr int kNoLevel = std::numeric_limits<int>::max();
 
 spdlog::level::level_enum SpdlogLevel(int level)

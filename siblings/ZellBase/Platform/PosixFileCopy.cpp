@@ -13,7 +13,7 @@
 namespace Zell::Base::details {
 namespace {
 
-constexpr std::size_t kPiece = 1024 * 1024;
+constexpr std::size_t kPiece = std::size_t{1024} * 1024;
 
 // 0 or the system's error; ENOSYS and its like mean that the file systems do not offer it.
 int CopyInKernel(int source, int target)

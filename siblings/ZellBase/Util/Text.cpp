@@ -12,16 +12,16 @@ namespace {
 std::string Format(const char* format, std::va_list arguments) ZELL_PRINTF(1, 0);
 std::string Format(const char* format, std::va_list arguments)
 {
-    std::va_list again;
-    va_copy(again, arguments);
-    const int size = std::vsnprintf(nullptr, 0, format, arguments);
+    std::va_list first;
+    va_copy(first, arguments);
+    const int size = std::vsnprintf(nullptr, 0, format, first);
+    va_end(first);
     std::string text;
     if (size > 0) {
         text.resize(static_cast<std::size_t>(size) + 1);
-        std::vsnprintf(text.data(), text.size(), format, again);
+        std::vsnprintf(text.data(), text.size(), format, arguments);
         text.pop_back();
     }
-    va_end(again);
     return text;
 }
 
