@@ -5,6 +5,8 @@
 #include "ZellBase/FileSystem.h"
 #include "ZellWidgets/ZellWidgets.h"
 
+#include <cstring>
+
 namespace FetchyardBussiness {
 
 namespace FileSystem = Zell::Base::FileSystem;
@@ -84,7 +86,7 @@ QString CExportReportDataToFileObject::ReportText(const std::string& text) const
 {
     QString result = ZellWidgets::StringToQString(text, nullptr);
     // Most texts have no line feed, and looking at the bytes is cheaper than looking at the converted text.
-    if (strip_line_feeds_ && text.find('\n') != std::string::npos)
+    if (strip_line_feeds_ && std::memchr(text.data(), '\n', text.size()) != nullptr)
         result.remove(QLatin1Char('\n'));
     return result;
 }
