@@ -718,7 +718,7 @@ TEST_F(RequestsTest, PasswordCheckOfADesktopClientCarriesTheClientsIdentity)
     std::vector<std::string> calls = fakes::Take();
     calls.resize(4);
     EXPECT_EQ(calls, (std::vector<std::string>{"AESDecryptForSensitiveInfor ciphered 0 false",
-                                               "SetUserInfo user plain(ciphered)", "GetUserInfoEx",
+                                               "SetUserInfo user plain-of-ciphered", "GetUserInfoEx",
                                                "GetClientInfo"}));
 }
 
@@ -783,7 +783,7 @@ TEST_F(RequestsTest, LastAccountOfABatchIsTheStoredOne)
         if (line.rfind("SetUserInfo", 0) == 0)
             stored.push_back(line);
     }
-    EXPECT_EQ(stored, (std::vector<std::string>{"SetUserInfo one plain(1)", "SetUserInfo two plain(2)"}));
+    EXPECT_EQ(stored, (std::vector<std::string>{"SetUserInfo one plain-of-1", "SetUserInfo two plain-of-2"}));
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ struct Script
     std::string local_mark;       // put in front of every text that is turned into the code page
     std::string utf8_mark;        // the other way
     std::string exe_path = "/opt/client/";
+    bool every_folder_exists = false;  // for DirectoryExists
     std::string short_datetime = "20260131_235959";
 
     // ZellErrorText: texts by module and code; without one "text of module/code"
@@ -67,6 +68,7 @@ struct Script
     std::string password = "secret";
     std::string data_path = "/data/own/";
     std::string public_data_path = "/data/public/";
+    std::string evidence_answer;  // of a request to another plug-in
 
     // ZellPictureLoader: by address; without one the loader writes "picture"
     std::map<std::string, PictureAnswer> pictures;

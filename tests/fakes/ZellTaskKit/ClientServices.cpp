@@ -57,7 +57,7 @@ bool AESDecryptForSensitiveInfor(std::string& out, const std::string& in, unsign
         out.clear();
         return false;
     }
-    out = "plain(" + in + ")";
+    out = "plain-of-" + in;
     return true;
 }
 
@@ -65,7 +65,7 @@ bool AESEncryptForSensitiveInfor(std::string& out, const std::string& in)
 {
     if (!fakes::Call("AESEncryptForSensitiveInfor", in))
         return false;
-    out = "cipher(" + in + ")";
+    out = "cipher-of-" + in;
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "ZellTaskKit/PluginComm.h"
 
 #include "fakes/Journal.h"
+#include "fakes/Script.h"
 
 ZELL_SINGLETON_DEFINE(ZellTaskKit::CPluginCommManager)
 
@@ -39,7 +40,7 @@ bool CPluginCommManager::DoRequest(std::shared_ptr<CPluginCommData>& response, c
     request->JsonTxt(text);
     if (!fakes::Call("DoRequest", api + " " + text))
         return false;
-    response = std::make_shared<CPluginCommData>("", nullptr);
+    response = std::make_shared<CPluginCommData>(fakes::TheScript().evidence_answer, nullptr);
     return true;
 }
 
