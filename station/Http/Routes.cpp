@@ -47,11 +47,15 @@ RouteMatch FindRoute(const std::vector<Route>& routes, std::string_view method, 
     for (const Route& candidate : routes) {
         if (!MatchesPath(candidate.path, path, name))
             continue;
-        if (candidate.method == method) {
-            route = &candidate;
-            return RouteMatch::Found;
+        if (candidate.method != method) {
+            best = best == RouteMatch::Found ? best : RouteMatch::OtherMethod;
+            continue;
         }
-        best = RouteMatch::OtherMethod;
+        best = RouteMatch::Found;
+        route = &candidate;
+        // A path without a "{name}" fits better than any with one.
+        if (candidate.path == path)
+            break;
     }
     return best;
 }
