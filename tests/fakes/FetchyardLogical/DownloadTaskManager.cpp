@@ -4,6 +4,7 @@
 #include "fakes/Journal.h"
 #include "fakes/Script.h"
 
+#include <mutex>
 #include <utility>
 
 ZELL_SINGLETON_DEFINE(FetchyardLogical::CDownloadTaskManager)
@@ -73,8 +74,12 @@ bool CDownloadTaskManager::AddTransferTask(
     std::string guids;
     for (const auto& task : tasks)
         guids += (guids.empty() ? "" : " ") + task->GetGuid();
-    auto& handed_over = fakes::TheScript().handed_over;
-    handed_over.insert(handed_over.end(), tasks.begin(), tasks.end());
+    {
+        static std::mutex mutex;  // several threads may hand over
+        const std::lock_guard<std::mutex> lock(mutex);
+        auto& handed_over = fakes::TheScript().handed_over;
+        handed_over.insert(handed_over.end(), tasks.begin(), tasks.end());
+    }
     return fakes::Call("AddTransferTask", guids);
 }
 
