@@ -2,7 +2,6 @@
 
 #include "Engine/TaskStates.h"
 #include "Log.h"
-#include "ZellBaseHost/ProcessExit.h"
 
 #include <algorithm>
 #include <exception>
@@ -25,10 +24,7 @@ void TaskEntry::OnTaskState(const CTaskCallbackParam& report)
 }
 
 // The engine asks the task for its record whenever it needs it, so there is nothing to take over.
-void TaskEntry::OnTaskParamChanged(const std::string& /*guid*/)
-{
-    Zell::Base::details::ParkIfLeaving();
-}
+void TaskEntry::OnTaskParamChanged(const std::string& /*guid*/) {}
 
 void CallGuarded(const char* what, const std::function<void()>& call)
 {
@@ -235,7 +231,6 @@ Engine::HeldRequests Engine::TakeHeld(TaskEntry& entry, DownloadState reported)
 
 void Engine::OnReport(TaskEntry& entry, const CTaskCallbackParam& report)
 {
-    Zell::Base::details::ParkIfLeaving();
     HeldRequests held;
     std::shared_ptr<IReportSink> sink;
     DownloadState before = Unstarted;

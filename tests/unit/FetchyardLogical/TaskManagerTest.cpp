@@ -1,3 +1,4 @@
+#include "FetchyardLogical/CmsGetExportFileData.h"
 #include "FetchyardLogical/DownloadTaskManager.h"
 #include "FetchyardLogicalHost/EngineHost.h"
 #include "tests/unit/TempFolder.h"
@@ -6,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -53,6 +56,35 @@ private:
     mutable std::mutex mutex_;
     std::vector<int> states_;
     std::vector<std::size_t> sizes_;
+};
+
+// Reports and asks for pages without end, and does not heed a stop.
+class EndlessTask : public CDownloadTaskBase
+{
+public:
+    explicit EndlessTask(std::atomic<int>& started) : started_(started)
+    {
+        SetDownloadTaskParam(std::make_shared<CDownloadTaskParam>(), false);
+    }
+    void Exec() override
+    {
+        NotifyTaskState(Downloading);
+        ++started_;
+        RequstData request;
+        request.str_quern = "http://127.0.0.1:1/nobody";
+        CmsGetExportFileData page;
+        for (;;) {
+            NotifyTaskState(TranscodingBegin);
+            CmsGetExportFileData::GetExportFileDataList(page, request);
+            NotifyTaskState(TranscodingEnd);
+        }
+    }
+    bool Stop() override { return true; }
+    CDownloadProgress GetProgress() override { return {}; }
+    bool Suspend() override { return true; }
+
+private:
+    std::atomic<int>& started_;
 };
 
 // The process's engine, up for the length of a test.
@@ -105,6 +137,26 @@ TEST_F(TaskManager, TasksGoWithUnit)
     ASSERT_TRUE(Manager().Unit());
     EXPECT_TRUE(watched.expired());
     EXPECT_TRUE(ListTasks().empty());
+}
+
+TEST(TaskManagerExit, LeavingTheProcessInTheMiddleOfTasksIsClean)
+{
+    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const auto leave = [] {
+        static auto* const observer = new Observer;
+        static std::atomic<int> started{0};
+        CDownloadTaskManager& manager = CDownloadTaskManager::Instance();
+        manager.Init();
+        manager.RegisterObserver(observer);
+        std::vector<std::shared_ptr<CDownloadTaskBase>> tasks;
+        for (int i = 0; i < 8; ++i)
+            tasks.push_back(std::make_shared<EndlessTask>(started));
+        manager.AddTransferTask(tasks);
+        while (started < 5)
+            std::this_thread::yield();
+        std::exit(0);
+    };
+    EXPECT_EXIT(leave(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(TaskManager, AnAccountTextIsTakenOnlyIfItIsOne)
