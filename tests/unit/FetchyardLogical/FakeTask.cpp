@@ -1,5 +1,6 @@
 #include "FakeTask.h"
 
+using Zell::Base::Error::ErrorCode;
 using ZellTaskKit::CTaskCallbackParam;
 
 namespace FetchyardLogical::testing {
@@ -68,6 +69,7 @@ void ReportLog::OnReports(const details::Reports& reports)
     for (const CTaskCallbackParam& report : reports) {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
+            by_guid_[report.GetVal_task_guid()].push_back(reports_.size());
             reports_.push_back(report);
         }
         if (on_report)
@@ -77,24 +79,23 @@ void ReportLog::OnReports(const details::Reports& reports)
 
 std::vector<int> ReportLog::StatesOf(ZellTaskKit::CDownloadTaskBase& task) const
 {
-    const std::string guid = task.GetGuid();
     const std::lock_guard<std::mutex> lock(mutex_);
     std::vector<int> states;
-    for (const CTaskCallbackParam& report : reports_)
-        if (report.GetVal_task_guid() == guid)
-            states.push_back(report.GetVal_state());
+    const auto found = by_guid_.find(task.GetGuid());
+    if (found != by_guid_.end())
+        for (const std::size_t position : found->second)
+            states.push_back(reports_[position].GetVal_state());
     return states;
 }
 
 std::pair<int, int> ReportLog::LastErrorOf(ZellTaskKit::CDownloadTaskBase& task) const
 {
-    const std::string guid = task.GetGuid();
     const std::lock_guard<std::mutex> lock(mutex_);
-    std::pair<int, int> last{-1, -1};
-    for (const CTaskCallbackParam& report : reports_)
-        if (report.GetVal_task_guid() == guid)
-            last = {report.GetVal_error_code().iFirstCode, report.GetVal_error_code().iSecondCode};
-    return last;
+    const auto found = by_guid_.find(task.GetGuid());
+    if (found == by_guid_.end())
+        return {-1, -1};
+    const ErrorCode error = reports_[found->second.back()].GetVal_error_code();
+    return {error.iFirstCode, error.iSecondCode};
 }
 
 std::vector<std::string> ReportLog::GuidsWithState(int state) const

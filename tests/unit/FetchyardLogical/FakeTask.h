@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -80,6 +81,7 @@ public:
 private:
     mutable std::mutex mutex_;
     details::Reports reports_;
+    std::unordered_map<std::string, std::vector<std::size_t>> by_guid_;  // positions in reports_
 };
 
 // An engine of the test's own, up, with a log; taken down at the end.
