@@ -33,11 +33,23 @@ bool CFileDownloader::DownloadFileByPicInOXT(const std::string& url, const std::
     return fakes::Call("DownloadFileByPicInOXT", url + " " + save_path + (callback ? " callback" : ""));
 }
 
-bool CNetCommManager::ClientSynSend(std::shared_ptr<ZellNetLink::CClientRecvInfo>&,
-                                    std::shared_ptr<ZellNetLink::CClientSendContentTypeInfo>,
+// The body is "body of" and the address; a call that fails gives (21,500).
+bool CNetCommManager::ClientSynSend(std::shared_ptr<ZellNetLink::CClientRecvInfo>& recv,
+                                    std::shared_ptr<ZellNetLink::CClientSendContentTypeInfo> send,
                                     unsigned int site)
 {
-    return fakes::Call("ClientSynSend", std::to_string(site));
+    std::string line = send->GetVal_Method() + " " + send->GetVal_URL();
+    for (const auto& [key, value] : send->GetVal_Query_Params())
+        line += " " + key + "=" + value;
+    line += " request=" + send->GetVal_Request_Data() + " send=" + send->GetVal_send_data();
+    line += " pattern=" + std::to_string(send->GetVal_Pattern());
+    line += " timeout=" + std::to_string(send->GetVal_Timeout()) + " site=" + std::to_string(site);
+    if (!fakes::Call("ClientSynSend", line)) {
+        recv->SetVal_Error_code(Zell::Base::Error::ErrorCode(21, 500));
+        return false;
+    }
+    recv->SetVal_Receive_Data("body of " + send->GetVal_URL());
+    return true;
 }
 
 }  // namespace ZellTaskKit

@@ -90,10 +90,8 @@ TEST(Log, TheHeadIsTheQualifiedNameAndTheTailIsFileAndLine)
     sample.Exec();
     EXPECT_EQ(Lines().back().format, "[%s]begin[%s(%d)]");
     EXPECT_EQ(Lines().back().module, "FetchyardBussiness");
-    EXPECT_EQ(LastText().rfind(
-                  "[FetchyardBussiness::Sample::Exec]begin[tests/unit/FetchyardBussiness/LogTest.cpp(", 0),
-              0u)
-        << LastText();
+    const std::string head = std::string("[FetchyardBussiness::Sample::Exec]begin[") + __FILE__ + "(";
+    EXPECT_EQ(LastText().rfind(head, 0), 0u) << LastText();
 }
 
 TEST(Log, ValuesStandBetweenHeadAndTail)
