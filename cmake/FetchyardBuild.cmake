@@ -40,10 +40,8 @@ elseif(FETCHYARD_SANITIZER STREQUAL "thread")
     set(fetchyard_sanitizer_flags -fsanitize=thread -fno-omit-frame-pointer)
 endif()
 if(fetchyard_sanitizer_flags)
-    # What a sanitizer puts into the code misleads two of the warnings.
-    target_compile_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference
-        -Wno-maybe-uninitialized)
     # A sanitized library leaves its runtime to the program, so it has undefined symbols of its own.
+    target_compile_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference)
     target_link_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -Wl,--undefined-version -Wl,-z,undefs)
     target_compile_definitions(fetchyard_options INTERFACE FETCHYARD_SANITIZED=1)
 endif()
