@@ -24,7 +24,7 @@ public:
     void Exec() override
     {
         if (reference_)
-            reference_->IfValid([this] { (object_->*method_)(param_); });
+            reference_->IfValid([this] { Call(); });
     }
 
     void Cancel() override
@@ -34,6 +34,9 @@ public:
     }
 
 private:
+    // Not written into the lambda: GCC 12 with -fsanitize=undefined loses the object there.
+    void Call() { (object_->*method_)(param_); }
+
     std::shared_ptr<details::CWeakReference> reference_;
     T* object_;
     Method method_;
