@@ -165,7 +165,7 @@ void FillTaskFields(int purpose, DeterminantDownloadParam& record)
     record.SetVal_str_resume_xml("");
     record.SetVal_open_type(ZellTaskKit::OpenFolder);
     record.SetVal_str_plugin_id(kPluginId);
-    record.SetVal_operate_time(QDateTime::currentDateTime().toTime_t());
+    record.SetVal_operate_time(QDateTime::currentSecsSinceEpoch());
     record.SetVal_file_size(0);
     record.SetVal_b_enable_percent(false);
     record.SetVal_b_enable_speed(false);
