@@ -1,6 +1,8 @@
 #include "station/Commands/Arguments.h"
 #include "station/Commands/Commands.h"
 
+#include <QString>
+
 #include <exception>
 #include <iostream>
 #include <map>
@@ -20,6 +22,13 @@ constexpr char kUsage[] =
   trust KEYFILE --data DIR
       shares the key that a client ciphers passwords with
 )";
+
+// Of Qt's own messages only what a person must know; a broken photograph is told in the station's words.
+void PassSeriousMessages(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::cerr << "station: " << text.toStdString() << std::endl;
+}
 
 using Command = int (*)(const Station::CommandLine&);
 
@@ -47,6 +56,7 @@ int Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    qInstallMessageHandler(PassSeriousMessages);
     try {
         return Run(argc, argv);
     } catch (const Station::UsageError& error) {

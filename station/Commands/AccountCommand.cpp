@@ -32,22 +32,30 @@ int TrustCommand(const CommandLine& line)
     const Arguments arguments(line, {"--data"}, {});
     if (arguments.Words().size() != 1)
         throw UsageError("trust is used as: station trust KEYFILE --data DIR");
-    const std::filesystem::path data = arguments.Path("--data");
-    std::ifstream source(std::filesystem::u8path(arguments.Words()[0]));
+    const std::string& key_file = arguments.Words()[0];
+    ShareCipherKey(std::filesystem::u8path(key_file), arguments.Path("--data"));
+    std::cout << "the station shares the key of " << key_file << std::endl;
+    return ExitGood;
+}
+
+void ShareCipherKey(const std::filesystem::path& key_file, const std::filesystem::path& data)
+{
+    std::ifstream source(key_file);
     std::string digits;
     source >> digits;
     if (!IsCipherKey(digits))
-        throw StoreError(arguments.Words()[0] + " holds no key of 64 hex digits.");
+        throw StoreError(key_file.u8string() + " holds no key of 64 hex digits.");
     OpenForWriting(data);
-    // The old file goes first, so that the new one never has its rights.
     const std::filesystem::path target = CipherKeyFile(data);
     std::filesystem::path temporary = target;
     temporary += ".new";
     std::error_code error;
     std::filesystem::remove(temporary, error);
+    // The file is private before the key is in it.
     std::ofstream out(temporary, std::ios::binary);
     const bool is_private = Platform::RestrictToOwner(temporary);
-    out << digits << '\n';
+    if (is_private)
+        out << digits << '\n';
     out.close();
     if (is_private && out)
         std::filesystem::rename(temporary, target, error);
@@ -56,8 +64,6 @@ int TrustCommand(const CommandLine& line)
         std::filesystem::remove(temporary, ignored);
         throw StoreError("The key can't be written to " + target.u8string() + ".");
     }
-    std::cout << "the station shares the key of " << arguments.Words()[0] << std::endl;
-    return ExitGood;
 }
 
 }  // namespace Station

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,5 +22,9 @@ int ImportCommand(const CommandLine& line);
 int ServeCommand(const CommandLine& line);
 int AccountCommand(const CommandLine& line);
 int TrustCommand(const CommandLine& line);
+
+// Copies a file with a cipher key of 64 hex digits into the data folder, for its owner's eyes only. Throws
+// StoreError.
+void ShareCipherKey(const std::filesystem::path& key_file, const std::filesystem::path& data);
 
 }  // namespace Station

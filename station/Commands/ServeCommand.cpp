@@ -32,16 +32,9 @@ void WritePortFile(const std::filesystem::path& file, int port)
         throw StoreError("The port file " + file.u8string() + " can't be written.");
 }
 
-void PassSeriousMessages(QtMsgType type, const QMessageLogContext&, const QString& text)
-{
-    if (type == QtCriticalMsg || type == QtFatalMsg)
-        std::cerr << "station: " << text.toStdString() << std::endl;
-}
-
 // Letters need Qt's fonts, which need an application; pictures are drawn in memory, so no display is needed.
 std::unique_ptr<QGuiApplication> StartFonts()
 {
-    qInstallMessageHandler(PassSeriousMessages);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
@@ -64,7 +57,7 @@ int ServeCommand(const CommandLine& line)
     const std::string host = arguments.Text("--host", "127.0.0.1");
     const int port = static_cast<int>(arguments.Number("--port", 0, 0, 65535));
     if (arguments.Has("--key"))
-        TrustCommand({arguments.Text("--key", ""), "--data", data.u8string()});
+        ShareCipherKey(arguments.Path("--key"), data);
     Platform::HoldStopSignals();
     Services services(data);
     services.has_control = arguments.Has("--control");

@@ -127,6 +127,7 @@ Server::Server(Services& services) : services_(services), routes_(StationRoutes(
     set_payload_max_length(kLargestBody);
     set_keep_alive_max_count(kMostRequestsOfConnection);
     set_idle_interval(0);
+    set_socket_options(Platform::PrepareListener);
     new_task_queue = [this] { return new ConnectionThreads(kMostThreads, is_crowded_); };
 }
 

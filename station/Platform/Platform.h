@@ -11,6 +11,8 @@ namespace Station::Platform {
 
 using Socket = socket_t;
 
+// A port that a station used a moment ago can be had again, one that is in use can't.
+void PrepareListener(Socket listener);
 // Lets as many clients as the system allows wait for their turn; the HTTP library's own queue holds five.
 void WidenBacklog(Socket listener);
 // Small answers leave at once.

@@ -37,6 +37,12 @@ sigset_t StopSignals()
 
 }  // namespace
 
+void PrepareListener(Socket listener)
+{
+    const int on = 1;
+    setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+}
+
 void WidenBacklog(Socket listener)
 {
     listen(listener, SOMAXCONN);

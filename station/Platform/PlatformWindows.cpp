@@ -37,6 +37,12 @@ BOOL WINAPI OnConsoleEvent(DWORD)
 
 }  // namespace
 
+void PrepareListener(Socket listener)
+{
+    const BOOL on = TRUE;
+    setsockopt(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on), sizeof(on));
+}
+
 void WidenBacklog(Socket listener)
 {
     ::listen(listener, SOMAXCONN);
