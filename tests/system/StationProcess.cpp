@@ -10,7 +10,7 @@
 namespace SystemTest {
 namespace {
 
-constexpr int kLongest = 300000;  // milliseconds
+constexpr int kLongest = 120000;  // milliseconds
 constexpr char kEnd[] = "2026-02-01T00:00:00Z";
 constexpr char kListening[] = "listening on http://127.0.0.1:";
 
