@@ -8,9 +8,9 @@
 namespace ZellOfficeKit {
 namespace {
 
-constexpr std::size_t kBlock = 512U * 1024U;
+constexpr std::size_t kBlock = std::size_t{1} << 19U;
 // A field of more units than this is encoded in pieces, so that the block need not grow.
-constexpr std::size_t kLargeField = 64U * 1024U;
+constexpr std::size_t kLargeField = std::size_t{1} << 16U;
 constexpr std::size_t kBytesPerUnit = 3;
 
 constexpr std::array<std::uint8_t, 128> MakeQuotedTable()

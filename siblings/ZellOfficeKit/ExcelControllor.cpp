@@ -44,6 +44,9 @@ struct CExcelControllorWithC::Impl
     CLogicalSheet* sheet = nullptr;
 };
 
+// Parameters are passed as the contract says.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 CExcelControllorWithC::CExcelControllorWithC(QObject* /*parent*/) : impl_(std::make_unique<Impl>()) {}
 
 CExcelControllorWithC::~CExcelControllorWithC() = default;
@@ -130,5 +133,7 @@ void CExcelControllorWithC::Close()
         impl_->workbook->Close();
     impl_->Drop();
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace ZellOfficeKit

@@ -8,7 +8,7 @@
 namespace ZellOfficeKit {
 namespace {
 
-constexpr std::size_t kBlock = 128U * 1024U;
+constexpr std::size_t kBlock = std::size_t{1} << 17U;
 
 // "A" for 0, "XFD" for 16383.
 void AppendColumnName(std::string& xml, int col)

@@ -13,7 +13,7 @@ constexpr std::size_t kEndLocatorSize = 20;
 constexpr std::size_t kEnd64Size = 56;
 constexpr std::size_t kEntrySize = 46;
 constexpr std::size_t kLocalSize = 30;
-constexpr std::size_t kPiece = 256U * 1024U;
+constexpr std::size_t kPiece = std::size_t{1} << 18U;
 constexpr std::uint64_t kIn64 = 0xFFFFFFFFU;
 
 // Little-endian number of the given width.

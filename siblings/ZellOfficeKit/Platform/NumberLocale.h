@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 namespace ZellOfficeKit {
 
 // While it lives, numbers that this thread prints have a decimal point. The workbook library prints margins
@@ -16,8 +14,8 @@ public:
     ~CNumberLocale();
 
 private:
-    std::intptr_t own_ = 0;  // the platform's handles
-    std::intptr_t previous_ = 0;
+    void* own_ = nullptr;  // the platform's handles
+    void* previous_ = nullptr;
 };
 
 }  // namespace ZellOfficeKit

@@ -5,9 +5,9 @@
 namespace ZellOfficeKit {
 namespace {
 
-locale_t AsLocale(std::intptr_t handle)
+locale_t AsLocale(void* handle)
 {
-    return reinterpret_cast<locale_t>(handle);
+    return static_cast<locale_t>(handle);
 }
 
 }  // namespace
@@ -18,13 +18,13 @@ CNumberLocale::CNumberLocale()
     const locale_t own = newlocale(LC_NUMERIC_MASK, "C", duplocale(uselocale(nullptr)));
     if (own == nullptr)
         return;
-    own_ = reinterpret_cast<std::intptr_t>(own);
-    previous_ = reinterpret_cast<std::intptr_t>(uselocale(own));
+    own_ = own;
+    previous_ = uselocale(own);
 }
 
 CNumberLocale::~CNumberLocale()
 {
-    if (own_ == 0)
+    if (own_ == nullptr)
         return;
     uselocale(AsLocale(previous_));
     freelocale(AsLocale(own_));
