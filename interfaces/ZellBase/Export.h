@@ -33,3 +33,11 @@
 #else
 #define ZELL_PRINTF(format_index, first_index)
 #endif
+
+// For a constructor that turns itself into the class that is derived from it: a sanitizer would look for that
+// class's table of virtual functions, which is not in place yet.
+#if defined(__GNUC__)
+#define ZELL_NO_VPTR_CHECK __attribute__((no_sanitize("vptr")))
+#else
+#define ZELL_NO_VPTR_CHECK
+#endif

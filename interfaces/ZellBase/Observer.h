@@ -107,7 +107,8 @@ public:
     }
 
 protected:
-    CObserverableWrap() : factory_(static_cast<T*>(this)) {}
+    // The T is still under construction; the pointer is only kept.
+    ZELL_NO_VPTR_CHECK CObserverableWrap() : factory_(static_cast<T*>(this)) {}
     CObserverableWrap(const CObserverableWrap&) = delete;
     CObserverableWrap& operator=(const CObserverableWrap&) = delete;
     ~CObserverableWrap() = default;
