@@ -9,7 +9,6 @@
 
 #include <fstream>
 #include <iostream>
-#include <memory>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -33,16 +32,17 @@ void WritePortFile(const std::filesystem::path& file, int port)
 }
 
 // Letters need Qt's fonts, which need an application; pictures are drawn in memory, so no display is needed.
-std::unique_ptr<QGuiApplication> StartFonts()
+// The application stays until the process ends: its platform plug-in does not free all that it made.
+void StartFonts()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
     static char name[] = "station";
     static char* words[] = {name, nullptr};
-    auto application = std::make_unique<QGuiApplication>(count, words);
+    static const auto* application = new QGuiApplication(count, words);
+    static_cast<void>(application);
     Lettering::Instance();
-    return application;
 }
 
 }  // namespace
@@ -62,7 +62,7 @@ int ServeCommand(const CommandLine& line)
     Services services(data);
     services.has_control = arguments.Has("--control");
     services.require_account = arguments.Has("--require-account");
-    const auto fonts = StartFonts();
+    StartFonts();
     Server server(services);
     if (!server.Bind(host, port))
         throw StoreError("The station can't listen on " + host + ":" + std::to_string(port) +

@@ -106,37 +106,32 @@ void EventPictures::Keep(const std::filesystem::path& file, const std::string& b
     kept_bytes_ += bytes.size();
 }
 
-std::shared_ptr<EventPictures::EmptyScene> EventPictures::SceneOf(const Event& event)
+const QImage& EventPictures::SceneOf(const Event& event)
 {
     const Scene& scene = FindScene(event.scene);
     const Light light = LightAt(scene, ToCalendar(event.time).hour);
     const std::string key = std::to_string(event.camera_id) + "-" + std::to_string(static_cast<int>(light));
-    std::shared_ptr<EmptyScene> entry;
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        const auto known =
-            std::find_if(scenes_.begin(), scenes_.end(), [&key](const auto& one) { return one->key == key; });
-        if (known != scenes_.end()) {
-            scenes_.splice(scenes_.begin(), scenes_, known);
-        } else {
-            scenes_.push_front(std::make_shared<EmptyScene>());
-            scenes_.front()->key = key;
-            if (scenes_.size() > kMostScenes)
-                scenes_.pop_back();
-        }
-        entry = scenes_.front();
+    const auto known = std::find_if(scenes_.begin(), scenes_.end(),
+                                    [&key](const EmptyScene& one) { return one.key == key; });
+    if (known != scenes_.end()) {
+        scenes_.splice(scenes_.begin(), scenes_, known);
+        return scenes_.front().image;
     }
-    // Outside the lock, so that other cameras go on meanwhile.
-    std::call_once(entry->once, [&] {
-        entry->image = DrawScene(scene, static_cast<std::uint64_t>(event.camera_id) * 7919u, light);
-    });
-    return entry;
+    const auto seed = static_cast<std::uint64_t>(event.camera_id) * 7919u;
+    scenes_.push_front({key, DrawScene(scene, seed, light)});
+    if (scenes_.size() > kMostScenes)
+        scenes_.pop_back();
+    return scenes_.front().image;
 }
 
 std::string EventPictures::Draw(const Event& event)
 {
-    QImage image = SceneOf(event)->image.copy();
-    DrawOverlay(image, FindScene(event.scene), event);
+    QImage image;
+    {
+        const std::lock_guard<std::mutex> lock(drawing_);
+        image = SceneOf(event).copy();
+        DrawOverlay(image, FindScene(event.scene), event);
+    }
     return ToJpeg(image);
 }
 

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <list>
-#include <memory>
 #include <mutex>
 #include <string>
 
@@ -33,19 +32,21 @@ private:
     struct EmptyScene
     {
         std::string key;
-        std::once_flag once;
         QImage image;
     };
 
-    std::shared_ptr<EmptyScene> SceneOf(const Event& event);
+    // Under the drawing lock.
+    const QImage& SceneOf(const Event& event);
     void Keep(const std::filesystem::path& file, const std::string& bytes);
 
     const std::filesystem::path stored_;
     const std::filesystem::path drawn_;
     std::atomic<std::uint64_t> kept_bytes_{0};
     std::atomic<std::uint64_t> next_name_{0};
-    std::mutex mutex_;
-    std::list<std::shared_ptr<EmptyScene>> scenes_;  // the last used first
+    // One thread draws at a time: painters share caches inside of Qt. Encoding, the longer part, needs no
+    // lock.
+    std::mutex drawing_;
+    std::list<EmptyScene> scenes_;  // the last used first
     std::once_flag synthetic_once_;
     std::string synthetic_;
 };
