@@ -1,7 +1,7 @@
 // bench_memory KIND FOLDER ROWS: exports ROWS rows by 10 columns and prints the seconds it took.
 //   csv, xlsx  through the whole library, from the request to the end state
 //   csv-writer the CSV writer alone, over one page again and again
-#include "FetchyardBussiness/DeterminantWriteFile/ReportExportCSVObject.h"
+#include "FetchyardBussiness/DeterminantWriteFile/ReportExportCsv.h"
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "FetchyardLogicalHost/EngineHost.h"
 #include "MemoryPages.h"
