@@ -5,8 +5,6 @@
 #include "ZellTaskKit/ClientServices.h"
 #include "ZellTaskKitHost/SensitiveKey.h"
 
-#include <QFile>
-
 #include <cstdio>
 #include <iostream>
 
@@ -47,19 +45,11 @@ int ShareKeyCommand(const HostOptions& options, const std::string& target)
 {
     if (!UseSettings(options))
         return kSomethingFailed;
-    if (!ZellTaskKit::EnsureSensitiveKey()) {
-        std::fprintf(stderr, "the key %s can't be made\n", ZellTaskKit::SensitiveKeyPath().c_str());
-        return kSomethingFailed;
-    }
-    QFile source(QString::fromStdString(ZellTaskKit::SensitiveKeyPath()));
-    QFile copy(QString::fromStdString(target));
-    if (!source.open(QIODevice::ReadOnly) || !copy.open(QIODevice::WriteOnly | QIODevice::NewOnly) ||
-        !copy.setPermissions(QFile::ReadOwner | QFile::WriteOwner) || copy.write(source.readAll()) < 0 ||
-        !copy.flush()) {
-        std::fprintf(stderr, "%s: %s\n", target.c_str(), copy.errorString().toStdString().c_str());
-        return kSomethingFailed;
-    }
-    return kAllWell;
+    std::string reason;
+    if (ZellTaskKit::ShareSensitiveKey(target, reason))
+        return kAllWell;
+    std::fprintf(stderr, "%s\n", reason.c_str());
+    return kSomethingFailed;
 }
 
 int CheckCommand(const std::vector<std::string>& paths)

@@ -11,7 +11,7 @@ namespace FetchyardClient {
 
 // Hears the states of all tasks and keeps them in the order of arrival. Reports come on the notification
 // thread, questions from any other.
-class TaskWatch : public FetchyardBussiness::CDownloadBussinessManagerObserver
+class TaskWatch final : public FetchyardBussiness::CDownloadBussinessManagerObserver
 {
 public:
     void UpdateDownloadBussinessManagerState(const Param& param) override;

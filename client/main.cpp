@@ -68,7 +68,7 @@ int main(int argc, char** argv)
     demo->add_option("--out", line.out_folder, "folder for the results")->capture_default_str();
     CLI::App* cipher = app.add_subcommand("cipher", "cipher a password from standard input for a request");
     CLI::App* share = app.add_subcommand("share-key", "copy the key of ciphered passwords, for a station");
-    share->add_option("target", line.key_target, "file to write; it must not exist")->required();
+    share->add_option("target", line.key_target, "file to write; another one is not replaced")->required();
     CLI11_PARSE(app, argc, argv);
 
     const std::string wrong = ReadSites(line.sites, line.run.host);

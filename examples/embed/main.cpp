@@ -5,7 +5,7 @@
 #include <future>
 #include <iostream>
 
-struct Observer : FetchyardBussiness::CDownloadBussinessManagerObserver
+struct Observer final : FetchyardBussiness::CDownloadBussinessManagerObserver
 {
     void UpdateDownloadBussinessManagerState(const Param& report) override
     {

@@ -8,7 +8,7 @@
 
 namespace {
 
-class FirstReport : public FetchyardBussiness::CDownloadBussinessManagerObserver
+class FirstReport final : public FetchyardBussiness::CDownloadBussinessManagerObserver
 {
 public:
     void UpdateDownloadBussinessManagerState(const Param& /*param*/) override

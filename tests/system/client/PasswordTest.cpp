@@ -104,9 +104,14 @@ TEST_F(ClientPasswords, CipheredTextIsAnotherEachTime)
     EXPECT_NE(first.output, second.output);
 }
 
-TEST_F(ClientPasswords, ShareKeyDoesNotOverwrite)
+TEST_F(ClientPasswords, ShareKeyDoesNotReplaceAnotherFile)
 {
-    const QString key = QString::fromStdString(client_.Path("shared.key"));
-    ASSERT_EQ(client_.Run({"share-key", key}).exit_code, 0);
-    EXPECT_EQ(client_.Run({"share-key", key}).exit_code, 1);
+    const QString path = QString::fromStdString(client_.Path("shared.key"));
+    QFile other(path);
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    other.write("something else");
+    other.close();
+    EXPECT_EQ(client_.Run({"share-key", path}).exit_code, 1);
+    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
+    EXPECT_EQ(other.readAll(), "something else");
 }
