@@ -10,6 +10,9 @@
 
 #include <algorithm>
 
+// The resources of a static library are linked only if somebody asks for them; the macro wants global scope.
+static void LinkSchemas() { Q_INIT_RESOURCE(schemas); }
+
 namespace FetchyardClient {
 
 namespace {
@@ -19,6 +22,7 @@ using valijson::adapters::NlohmannJsonAdapter;
 
 std::string ReadResource(const char* name)
 {
+    LinkSchemas();
     QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
 }
