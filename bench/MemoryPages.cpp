@@ -25,7 +25,10 @@ ExportCell Cell(std::string text)
 
 }  // namespace
 
-void SetPagePlan(const PagePlan& plan) { plan_in_force = plan; }
+void SetPagePlan(const PagePlan& plan)
+{
+    plan_in_force = plan;
+}
 
 ExportSheet MakeSheet(const PagePlan& plan, int page_index)
 {
@@ -48,14 +51,16 @@ ExportSheet MakeSheet(const PagePlan& plan, int page_index)
 
 namespace FetchyardLogical {
 
-// In place of the sibling's own: the page is copied out of a ready one, which is the least that a delivery costs.
+// In place of the sibling's own: the page is copied out of a ready one, which is the least that a delivery
+// costs.
 bool CmsGetExportFileData::GetExportFileDataList(CmsGetExportFileData& data, const RequstData& request)
 {
     using namespace FetchyardBench;
     static const ExportSheet page = MakeSheet(plan_in_force, 1);
     constexpr char kKey[] = "\"PageIndex\":";
     const std::size_t key = request.str_request.find(kKey);
-    const int page_index = key == std::string::npos ? 1 : std::atoi(&request.str_request[key + sizeof(kKey) - 1]);
+    const int page_index =
+        key == std::string::npos ? 1 : std::atoi(&request.str_request[key + sizeof(kKey) - 1]);
     ExportDataNode& node = data.export_data_node;
     node.vec_sheets.resize(1);
     node.vec_sheets.front() = page;

@@ -70,7 +70,8 @@ void AddStoredObjects(const json& downloads, const std::string& folder, std::vec
 
 }  // namespace
 
-std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& name, const std::string& folder)
+std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& name,
+                                        const std::string& folder)
 {
     std::vector<ExpectedFile> files;
     const json& data = Member(Member(request, "FileExportRequest"), "RequestData");

@@ -15,8 +15,9 @@ struct ExpectedFile
     std::string password;    // of an archive
 };
 
-// The files that a report export leaves when all goes well. name and folder are those of the task: report name
-// without suffix, and export folder with its final "/". An export that is packed leaves its archive alone.
+// The files that a report export leaves when all goes well. name and folder are those of the task: report
+// name without suffix, and export folder with its final "/". An export that is packed leaves its archive
+// alone.
 std::vector<ExpectedFile> ExpectedFiles(const nlohmann::json& request, const std::string& name,
                                         const std::string& folder);
 

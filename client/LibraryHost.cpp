@@ -75,7 +75,8 @@ bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& se
     if (settings.client_guid.empty()) {
         settings.client_guid = Zell::Base::GuidUtil::CreateGuid();
     }
-    return MakeFolder(settings.public_data_path + kScratchFolder, reason) && MakeFolder(settings.save_path, reason);
+    return MakeFolder(settings.public_data_path + kScratchFolder, reason) &&
+           MakeFolder(settings.save_path, reason);
 }
 
 bool LibraryHost::Start(const HostOptions& options, std::string& reason)
@@ -84,7 +85,8 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
     if (!MakeSettings(options, settings, reason))
         return false;
     ZellClientHost::SetClientSettings(settings);
-    const std::string log = options.log_file.empty() ? settings.data_path + "fetchyard.log" : options.log_file;
+    const std::string log =
+        options.log_file.empty() ? settings.data_path + "fetchyard.log" : options.log_file;
     const int level = options.verbose ? Zell::Base::details::kLogInfo : Zell::Base::details::kLogError;
     if (!Zell::Base::details::SetLogFile(log, level)) {
         reason = "the log " + log + " can't be written";

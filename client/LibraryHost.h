@@ -20,8 +20,8 @@ struct HostOptions
     bool verbose = false;
 };
 
-// Works out the settings: the platform's defaults, then <data folder>/client.json, then the options. False with
-// the reason if the settings file is wrong or the folders can't be made.
+// Works out the settings: the platform's defaults, then <data folder>/client.json, then the options. False
+// with the reason if the settings file is wrong or the folders can't be made.
 bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& settings, std::string& reason);
 
 // Hosts the library for the life of the object: settings, log, start, observer; and stops it again.

@@ -33,7 +33,9 @@ std::string CheckArchive(const ExpectedFile& file, const QByteArray& head)
         return "";
     const std::string password = file.password.empty() ? "" : " -p\"" + file.password + "\"";
     const std::string line = str_fmt("7za.exe t%s -- \"%s\"", password.c_str(), file.path.c_str());
-    return Zell::Base::ProcessUtil::LaunchApp(line, true, true, nullptr) ? "" : "is damaged: the archiver refuses it";
+    return Zell::Base::ProcessUtil::LaunchApp(line, true, true, nullptr)
+               ? ""
+               : "is damaged: the archiver refuses it";
 }
 
 }  // namespace

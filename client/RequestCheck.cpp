@@ -1,7 +1,6 @@
 #include "RequestCheck.h"
 
 #include <QFile>
-
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
 #include <valijson/schema.hpp>
 #include <valijson/schema_parser.hpp>
@@ -11,7 +10,10 @@
 #include <algorithm>
 
 // The resources of a static library are linked only if somebody asks for them; the macro wants global scope.
-static void LinkSchemas() { Q_INIT_RESOURCE(schemas); }
+static void LinkSchemas()
+{
+    Q_INIT_RESOURCE(schemas);
+}
 
 namespace FetchyardClient {
 

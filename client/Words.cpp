@@ -76,7 +76,8 @@ std::string DurationWords(std::chrono::milliseconds duration)
     const auto seconds = static_cast<long>(duration.count() / 1000);
     if (seconds < 3600)
         return Zell::Base::StringUtil::str_fmt("%02ld:%02ld", seconds / 60, seconds % 60);
-    return Zell::Base::StringUtil::str_fmt("%ld:%02ld:%02ld", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    return Zell::Base::StringUtil::str_fmt("%ld:%02ld:%02ld", seconds / 3600, seconds / 60 % 60,
+                                           seconds % 60);
 }
 
 }  // namespace FetchyardClient

@@ -1,5 +1,5 @@
-// bench_peer_xlsx FILE ROWS: a bare libxlsxwriter loop in constant-memory mode that passes one shared format, over
-// the same cells as bench_memory. Prints the seconds it took.
+// bench_peer_xlsx FILE ROWS: a bare libxlsxwriter loop in constant-memory mode that passes one shared format,
+// over the same cells as bench_memory. Prints the seconds it took.
 #include <xlsxwriter.h>
 
 #include <chrono>

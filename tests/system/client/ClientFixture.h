@@ -1,11 +1,11 @@
 #pragma once
 
 #include "ClientRun.h"
-#include "StationFixture.h"
+#include "tests/system/StationFixture.h"
 
 namespace SystemTest {
 
-// A test with a station of its own and a client that is pointed at it.
+// A client beside the station.
 class ClientFixture : public StationFixture
 {
 protected:

@@ -1,4 +1,4 @@
-#include "StationFixture.h"
+#include "tests/system/StationFixture.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
