@@ -16,10 +16,13 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
 set(FETCHYARD_SANITIZER "" CACHE STRING "address (with undefined), thread, or empty")
 
+# Paths in the commands count from the tree, so that clones share what was compiled; precompiled headers need the
+# two slack settings.
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
-    set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${CMAKE_CXX_COMPILER_LAUNCHER}")
 endif()
 
 add_library(fetchyard_options INTERFACE)
@@ -68,13 +71,23 @@ function(fetchyard_sibling name)
             RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
-# fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...]): a GoogleTest program, one CTest
-# entry for each of its tests.
+# fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...] [TIMEOUT seconds] [ONE_THREAD]): a
+# GoogleTest program, one CTest entry for each of its tests. ONE_THREAD: there is nothing in it for ThreadSanitizer,
+# whose build leaves it out.
 function(fetchyard_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBS;LABELS;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(arg "ONE_THREAD" "TIMEOUT" "SOURCES;LIBS;LABELS;ENVIRONMENT" ${ARGN})
+    if(arg_ONE_THREAD AND FETCHYARD_SANITIZER STREQUAL "thread")
+        return()
+    endif()
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE fetchyard_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
+    # Tests are compiled more often than they run: what counts is how long that takes.
+    target_compile_options(${name} PRIVATE $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<CONFIG:Release>>:-O1>)
+    list(LENGTH arg_SOURCES source_count)
+    if(source_count GREATER 3)
+        target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <memory> <string> <thread> <vector>)
+    endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
     endif()
