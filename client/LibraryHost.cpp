@@ -4,6 +4,7 @@
 #include "ZellBase/Log.h"
 #include "ZellBase/Util.h"
 #include "ZellBaseHost/LogHost.h"
+#include "ZellOfficeKitHost/OfficeFolders.h"
 
 #include <cstdlib>
 
@@ -85,6 +86,7 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
     if (!MakeSettings(options, settings, reason))
         return false;
     ZellClientHost::SetClientSettings(settings);
+    ZellOfficeKit::SetWorkFolder(settings.data_path + "Office/");
     const std::string log =
         options.log_file.empty() ? settings.data_path + "fetchyard.log" : options.log_file;
     const int level = options.verbose ? Zell::Base::details::kLogInfo : Zell::Base::details::kLogError;

@@ -44,8 +44,10 @@ ProgressView::ProgressView(bool redraw) : redraw_(redraw) {}
 
 void ProgressView::Measure(const TaskView& task, Shown& shown, Clock::time_point now)
 {
-    if (!shown.known || (!shown.was_running && task.is_running))
+    if (!shown.known || (!shown.was_running && task.is_running)) {
         shown.started = now;
+        shown.ended = now;
+    }
     const bool just_ended = shown.was_running && !task.is_running;
     if (!shown.known || just_ended || now - shown.measured >= kBetweenMeasures) {
         shown.kilobytes_before = shown.kilobytes;
@@ -69,9 +71,9 @@ std::string ProgressView::LineOf(const TaskView& task, Shown& shown, Clock::time
         rate = "  " + SizeWords(static_cast<unsigned long long>(bytes / span.count())) + "/s";
     }
     const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(shown.ended - shown.started);
-    return str_fmt("%-24s  %-10s  %s pages  %s kB%s  %s", task.name.c_str(), StateWords(task.state).c_str(),
-                   GroupedNumber(task.pages).c_str(), GroupedNumber(shown.kilobytes).c_str(), rate.c_str(),
-                   DurationWords(elapsed).c_str());
+    return str_fmt("%-24s  %-10s  %s page%s  %s kB%s  %s", task.name.c_str(), StateWords(task.state).c_str(),
+                   GroupedNumber(task.pages).c_str(), task.pages == 1 ? "" : "s",
+                   GroupedNumber(shown.kilobytes).c_str(), rate.c_str(), DurationWords(elapsed).c_str());
 }
 
 bool ProgressView::IsWorthALine(const TaskView& task, const Shown& shown, Clock::time_point now) const

@@ -75,7 +75,7 @@ TEST_F(ClientBadInput, OneBadRequestKeepsTheOthersFromStarting)
 TEST_F(ClientBadInput, StationThatIsDownFailsTheExport)
 {
     client_.UseStation("http://127.0.0.1:1");
-    ExpectFailedWith(client_.RunRequests({ReportRequest(client_, "Down", 1, "none", 10)}), "connect");
+    ExpectFailedWith(client_.RunRequests({ReportRequest(client_, "Down", 1, "none", 10)}), "reached");
 }
 
 TEST_F(ClientBadInput, SlowStationOnlyTakesLonger)

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <csignal>
@@ -86,9 +87,10 @@ void ClientRun::StartRequests(const std::vector<json>& requests)
     Start(WriteRequests(texts));
 }
 
-bool ClientRun::WaitForOutput(const std::string& words)
+bool ClientRun::WaitForOutput(const std::string& pattern)
 {
-    while (output_.find(words) == std::string::npos) {
+    const QRegularExpression expression(QString::fromStdString(pattern));
+    while (!expression.match(QString::fromStdString(output_)).hasMatch()) {
         if (!process_.waitForReadyRead(kLongest))
             return false;
         output_ += process_.readAll().toStdString();
@@ -148,7 +150,8 @@ std::string Check(const QStringList& words)
     python.setProcessChannelMode(QProcess::MergedChannels);
     QStringList all = {QString(CHECKS_FOLDER) + "/" + words.front()};
     all << words.mid(1);
-    python.start("python3", all);
+    // The one that has the Debian packages.
+    python.start("/usr/bin/python3", all);
     EXPECT_TRUE(python.waitForFinished(kLongest));
     std::string output = python.readAll().toStdString();
     EXPECT_EQ(python.exitCode(), 0) << output;

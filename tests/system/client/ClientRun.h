@@ -36,8 +36,8 @@ public:
     Result RunTexts(const std::vector<std::string>& texts);
     // Starts the same without waiting; Finish waits for the end.
     void StartRequests(const std::vector<nlohmann::json>& requests);
-    // Waits until the output holds the words; false if the client ends before.
-    bool WaitForOutput(const std::string& words);
+    // Waits until the output matches the regular expression somewhere; false if the client ends before.
+    bool WaitForOutput(const std::string& pattern);
     void Interrupt();
     Result Finish();
 
