@@ -3,7 +3,7 @@
 #include "RunCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 namespace {
 
@@ -50,7 +50,11 @@ void AddHostOptions(CLI::App& app, CommandLine& line)
 
 int main(int argc, char** argv)
 {
-    const QCoreApplication application(argc, argv);
+    // Pictures in a workbook are scaled for the screen. Without a window there is one all the same, at 100 %,
+    // so that a workbook looks the same wherever it was made.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
     QCoreApplication::setApplicationName("fetchyard");
 
     CommandLine line;
