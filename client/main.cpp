@@ -54,6 +54,8 @@ int main(int argc, char** argv)
     // so that a workbook looks the same wherever it was made.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_FONT_DPI"))
+        qputenv("QT_FONT_DPI", "96");
     const QGuiApplication application(argc, argv);
     QCoreApplication::setApplicationName("fetchyard");
 
