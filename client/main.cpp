@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 
 namespace {
 
@@ -56,6 +57,8 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_FONT_DPI"))
         qputenv("QT_FONT_DPI", "96");
+    // Qt's own remarks, on a missing runtime folder for one, are none of the person's business.
+    QLoggingCategory::setFilterRules("default.warning=false");
     const QGuiApplication application(argc, argv);
     QCoreApplication::setApplicationName("fetchyard");
 
