@@ -110,3 +110,10 @@ function(fetchyard_uses_regex)
         set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -Wno-maybe-uninitialized)
     endif()
 endfunction()
+
+# fetchyard_forgives_leaks_of_others(PROGRAM): what other people's libraries never give back is no finding.
+function(fetchyard_forgives_leaks_of_others program)
+    if(FETCHYARD_SANITIZER STREQUAL "address")
+        target_sources(${program} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/LeakSuppressions.cpp")
+    endif()
+endfunction()

@@ -145,6 +145,7 @@ TEST(TaskManagerExit, LeavingTheProcessInTheMiddleOfTasksIsClean)
     const auto leave = [] {
         static auto* const observer = new Observer;
         static std::atomic<int> started{0};
+        ZellClientHost::SetClientSettings({});  // as every host does before it starts anything
         CDownloadTaskManager& manager = CDownloadTaskManager::Instance();
         manager.Init();
         manager.RegisterObserver(observer);
