@@ -20,12 +20,31 @@ std::string SheetPath(const ExportDataNode& excel_data, const ExportSheet& sheet
     return excel_data.file_save_path + excel_data.file_name + suffix + ".csv";
 }
 
-// The list has no way to take a text over, and a copy would cost two atomic operations a cell.
-void AddField(QStringList& fields, QString text)
+// The fields of one row after another in the same list. Texts are taken over by a swap: a copy would cost two
+// atomic operations a cell, and a new list for each row a third of the time of the whole report.
+class CRowFields
 {
-    fields.append(QString());
-    fields.last().swap(text);
-}
+public:
+    void Start() { used_ = 0; }
+
+    void Add(QString text)
+    {
+        if (used_ == fields_.size())
+            fields_.append(QString());
+        fields_[used_++].swap(text);
+    }
+
+    const QStringList& End()
+    {
+        while (fields_.size() > used_)
+            fields_.removeLast();
+        return fields_;
+    }
+
+private:
+    QStringList fields_;
+    int used_ = 0;
+};
 
 }  // namespace
 
@@ -95,28 +114,28 @@ bool CExportReportDataToCSVFileObject::ContinueSheet(const ExportDataNode& excel
 void CExportReportDataToCSVFileObject::WriteRows(const ExportDataNode& excel_data, const ExportSheet& sheet,
                                                  CCSVParser& file)
 {
+    CRowFields fields;
     for (const std::vector<ExportCell>& row : sheet.vec_rows) {
         if (IsStopped())
             break;
-        QStringList fields;
-        fields.reserve(static_cast<int>(row.size()));
+        fields.Start();
         for (const ExportCell& cell : row) {
             if (IsStopped())
                 break;
             switch (cell.cell_format.cell_type) {
                 case kCellText:
                 case kCellPlainText:
-                    AddField(fields, ReportText(cell.cell_name));
+                    fields.Add(ReportText(cell.cell_name));
                     break;
                 case kCellEmbeddedPicture:
                 case kCellLinkedPicture:
-                    AddField(fields, PictureField(excel_data, cell));
+                    fields.Add(PictureField(excel_data, cell));
                     break;
                 default:
                     break;  // no field at all
             }
         }
-        file.AppendLine(std::move(fields));
+        file.AppendLine(fields.End());
     }
 }
 

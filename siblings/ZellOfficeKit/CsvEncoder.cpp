@@ -98,7 +98,7 @@ char* EncodeQuoted(const char16_t* in, const char16_t* end, char* out)
 
 const char16_t* Units(const QString& text)
 {
-    return reinterpret_cast<const char16_t*>(text.utf16());
+    return reinterpret_cast<const char16_t*>(text.constData());
 }
 
 bool AsksForQuotes(const char16_t* in, const char16_t* end)

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QTextCodec>
 
+#include <cstdint>
 #include <limits>
 
 namespace ZellWidgets {
@@ -15,6 +16,30 @@ int QtSize(const std::string& text)
     return static_cast<int>(text.size() < most ? text.size() : most);
 }
 
+// Most texts of a report are ASCII, for which no decoder is needed. The text if it is ASCII, otherwise null.
+// Eight characters at a time: the compiler makes one vector step of the inner loop.
+QString FromAscii(const char* text, int size)
+{
+    QString result(size, Qt::Uninitialized);
+    auto* const out = reinterpret_cast<std::uint16_t*>(result.data());
+    std::uint16_t all = 0;
+    int i = 0;
+    for (; size - i >= 8; i += 8) {
+        for (int k = 0; k < 8; ++k) {
+            const auto unit = static_cast<std::uint8_t>(text[i + k]);
+            out[i + k] = unit;
+            all = static_cast<std::uint16_t>(all | unit);
+        }
+    }
+    for (; i < size; ++i) {
+        out[i] = static_cast<std::uint8_t>(text[i]);
+        all = static_cast<std::uint16_t>(all | out[i]);
+    }
+    if (all >= 0x80)
+        result = QString();
+    return result;
+}
+
 std::string ToStdString(const QByteArray& bytes)
 {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
@@ -24,8 +49,12 @@ std::string ToStdString(const QByteArray& bytes)
 
 QString StringToQString(const std::string& text, QTextCodec* codec)
 {
-    if (codec == nullptr)
-        return QString::fromUtf8(text.data(), QtSize(text));
+    if (codec == nullptr) {
+        QString ascii = FromAscii(text.data(), QtSize(text));
+        if (ascii.isNull())
+            ascii = QString::fromUtf8(text.data(), QtSize(text));
+        return ascii;
+    }
     return codec->toUnicode(text.data(), QtSize(text));
 }
 
