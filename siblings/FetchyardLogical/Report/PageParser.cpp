@@ -218,7 +218,7 @@ private:
     {
         std::string_view text;
         if (value.get_string().get(text) == simdjson::SUCCESS) {
-            cell.cell_name.assign(text);
+            cell.cell_name = std::string(text);
             return true;
         }
         od::object object;
