@@ -5,7 +5,10 @@
 
 namespace FetchyardClient {
 
-bool IsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+bool IsTerminal()
+{
+    return isatty(STDOUT_FILENO) == 1;
+}
 
 int TerminalWidth()
 {
@@ -13,6 +16,9 @@ int TerminalWidth()
     return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-long ProcessNumber() { return getpid(); }
+long ProcessNumber()
+{
+    return getpid();
+}
 
 }  // namespace FetchyardClient

@@ -19,6 +19,9 @@ int TerminalWidth()
     return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
-long ProcessNumber() { return static_cast<long>(GetCurrentProcessId()); }
+long ProcessNumber()
+{
+    return static_cast<long>(GetCurrentProcessId());
+}
 
 }  // namespace FetchyardClient
