@@ -67,6 +67,7 @@ std::shared_ptr<InfoOverlay> ReadOverlay(const RequestReader& video)
     overlay->SetInfoOverlayLineArrayType(element.Number("OverlayLineArray/LineArrayType"));
     std::vector<InfoOverlayLineArray> lines;
     const int count = element.Count("OverlayLineArray/ContentLine");
+    lines.reserve(static_cast<std::size_t>(count));
     // The one list that is addressed by bare numbers, which count from 0.
     for (int index = 0; index < count; ++index)
         lines.push_back(

@@ -76,7 +76,7 @@ void TellHowToOpen(const std::string& folder)
 
 }  // namespace
 
-int DemoCommand(HostOptions options, const std::string& out_folder)
+int DemoCommand(const HostOptions& options, const std::string& out_folder)
 {
     const QString out = QDir().absoluteFilePath(QString::fromStdString(out_folder));
     if (!QDir().mkpath(out)) {

@@ -50,9 +50,11 @@ void AddPictures(const json& downloads, const std::string& folder, std::vector<E
         std::string name = Text(image, "ImageName");
         if (name.empty())
             name = std::to_string(number);
-        const std::string path = folder + (below.empty() ? "" : below + "/") + name;
+        std::string path = folder + (below.empty() ? "" : below + "/") + name;
         const int count = ++names[path];
-        files.push_back({path + (count > 1 ? "(" + std::to_string(count) + ")" : "") + ".jpg", false, ""});
+        if (count > 1)
+            path += "(" + std::to_string(count) + ")";
+        files.push_back({path + ".jpg", false, ""});
     }
 }
 

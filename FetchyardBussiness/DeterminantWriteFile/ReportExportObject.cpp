@@ -5,8 +5,6 @@
 #include "ZellBase/FileSystem.h"
 #include "ZellWidgets/ZellWidgets.h"
 
-#include <cstring>
-
 namespace FetchyardBussiness {
 
 namespace FileSystem = Zell::Base::FileSystem;
@@ -22,11 +20,6 @@ std::string NameOf(const char* const (&names)[N], int number)
     if (number < 0 || static_cast<std::size_t>(number) >= N)
         return {};
     return names[number];
-}
-
-bool IsInvalidHandle(void* handle)
-{
-    return handle == reinterpret_cast<void*>(-1);
 }
 
 }  // namespace
@@ -50,7 +43,7 @@ bool CExportReportDataToFileObject::WriteStrStreamToFile(const std::string& data
 {
     void* file =
         FileSystem::OpenFile(file_path.c_str(), FileSystem::kOpenAppend, FileSystem::kAttributesPlain);
-    if (IsInvalidHandle(file)) {
+    if (file == FileSystem::NoFile()) {
         LogError("Open file[%s] failed.", file_path.c_str());
         return false;
     }
@@ -86,7 +79,7 @@ QString CExportReportDataToFileObject::ReportText(const std::string& text) const
 {
     QString result = ZellWidgets::StringToQString(text, nullptr);
     // Most texts have no line feed, and looking at the bytes is cheaper than looking at the converted text.
-    if (strip_line_feeds_ && std::memchr(text.data(), '\n', text.size()) != nullptr)
+    if (strip_line_feeds_ && text.find('\n') != std::string::npos)
         result.remove(QLatin1Char('\n'));
     return result;
 }

@@ -142,7 +142,7 @@ bool CFileExportTask::MakeFolder(const std::string& folder)
 bool CFileExportTask::Write(const FileExportParam& param, const std::string& path, const std::string& body)
 {
     void* file = FileSystem::OpenFile(path.c_str(), FileSystem::kOpenAppend, FileSystem::kAttributesPlain);
-    if (file == reinterpret_cast<void*>(-1)) {
+    if (file == FileSystem::NoFile()) {
         const ErrorCode error(0, NQX_GetLastError());
         LogError("Open file[%s] failed.", path.c_str());
         SetLastError(error);

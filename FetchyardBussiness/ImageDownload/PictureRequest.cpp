@@ -18,7 +18,7 @@ std::shared_ptr<CImgUrlKey> MakePictureKey(const std::string& address, unsigned 
 {
     const std::size_t mark = address.find('?');
     const bool is_device = address.find(kDeviceMark) != std::string::npos;
-    const auto key = std::make_shared<CImgUrlKey>();
+    auto key = std::make_shared<CImgUrlKey>();
     key->SetValurl_type(is_device ? kDeviceAddress : kOrdinaryAddress);
     key->SetValstrImageUrl(is_device ? address.substr(0, mark) : address);
     // Without a "?" both parts are the whole address.

@@ -37,7 +37,12 @@ struct FileInfo
 ZELLBASE_API int DirectoryExists(const char* path);
 // Creates the folder and its parents; 0 also if it was there.
 ZELLBASE_API int MakeFullDir(const char* path);
-// Returns a handle, or -1 cast to a pointer. flags is kOpenAppend or kOpenTruncate.
+// What OpenFile returns when it fails.
+inline void* NoFile()
+{
+    return reinterpret_cast<void*>(-1);  // NOLINT(performance-no-int-to-ptr): how the file layer says no
+}
+// Returns a handle, or NoFile(). flags is kOpenAppend or kOpenTruncate.
 ZELLBASE_API void* OpenFile(const char* path, unsigned int flags, unsigned int attributes);
 // Writes size bytes (0 to 4 GiB - 1) whole or fails; written, if not null, gets the number of bytes that
 // reached the file.

@@ -14,11 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void* NoHandle()
-{
-    return reinterpret_cast<void*>(static_cast<std::intptr_t>(-1));
-}
-
 // The operation's result; a failure leaves its reason with the thread.
 int Result(int error)
 {
@@ -29,7 +24,8 @@ int Result(int error)
 
 bool IsSeparator(char letter)
 {
-    return letter == '/' || letter == static_cast<char>(fs::path::preferred_separator);
+    constexpr auto own = static_cast<char>(fs::path::preferred_separator);
+    return letter == '/' || letter == own;  // NOLINT(misc-redundant-expression): another letter on Windows
 }
 
 std::string WithSeparator(const std::string& folder)
@@ -130,7 +126,7 @@ int MakeFullDir(const char* path)
 
 void* OpenFile(const char* path, unsigned int flags, unsigned int attributes)
 {
-    void* handle = NoHandle();
+    void* handle = NoFile();
     if (flags == kOpenAppend || flags == kOpenTruncate)
         Result(details::OpenForWriting(NQX_PathText(path), flags == kOpenTruncate, attributes, handle));
     else
@@ -142,7 +138,7 @@ int WriteFile(void* handle, void* data, unsigned int size, unsigned int* written
 {
     unsigned int done = 0;
     int error = details::kErrorBadArgument;
-    if (handle != NoHandle() && (data != nullptr || size == 0))
+    if (handle != NoFile() && (data != nullptr || size == 0))
         error = details::WriteWhole(handle, static_cast<const char*>(data), size, done);
     if (written != nullptr)
         *written = done;
@@ -151,7 +147,7 @@ int WriteFile(void* handle, void* data, unsigned int size, unsigned int* written
 
 int CloseFile(void* handle)
 {
-    return Result(handle == NoHandle() ? details::kErrorBadArgument : details::CloseHandleOf(handle));
+    return Result(handle == NoFile() ? details::kErrorBadArgument : details::CloseHandleOf(handle));
 }
 
 int DeleteFileW(const char* path)

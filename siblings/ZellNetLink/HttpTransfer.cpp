@@ -298,6 +298,7 @@ void HttpTransfer::Finish(CURLcode code)
 {
     const bool has_refusal = refusal_.iFirstCode != 0 || refusal_.iSecondCode != 0;
     response_.status = head_.Status();
+    // NOLINTBEGIN(bugprone-branch-clone): an order of causes, of which the first counts
     if (has_refusal)
         response_.error = refusal_;
     else if (response_.status >= 400)
@@ -308,6 +309,7 @@ void HttpTransfer::Finish(CURLcode code)
         response_.error = ErrorCode(2, kModuleHttp, static_cast<int>(response_.status));
     else if (!body_begun_ && !CheckRange())
         response_.error = ErrorCode(2, kModuleAnswer, AnswerNotUnderstood);
+    // NOLINTEND(bugprone-branch-clone)
     response_.headers = std::move(head_.Headers());
     Reserve(0);
     Deliver();

@@ -60,11 +60,6 @@ QString KeyOfPath(const QString& path)
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
-void* NoHandle()
-{
-    return reinterpret_cast<void*>(-1);  // NOLINT(performance-no-int-to-ptr): how the file layer says no
-}
-
 }  // namespace
 
 struct CCSVParser::Impl
@@ -79,7 +74,7 @@ struct CCSVParser::Impl
             return false;
         const bool needs_mark = flags == FileSystem::kOpenTruncate || QFileInfo(path).size() == 0;
         handle = FileSystem::OpenFile(path.toUtf8().constData(), flags, FileSystem::kAttributesPlain);
-        if (handle == NoHandle())
+        if (handle == FileSystem::NoFile())
             return false;
         if (flags == FileSystem::kOpenTruncate)
             CFailedPaths::Instance().Remove(path);
@@ -98,11 +93,11 @@ struct CCSVParser::Impl
 
     void Close()
     {
-        if (handle == NoHandle())
+        if (handle == FileSystem::NoFile())
             return;
         const bool flushed = encoder.Flush();
         const bool closed = FileSystem::CloseFile(handle) == 0;
-        handle = NoHandle();
+        handle = FileSystem::NoFile();
         if (!flushed || !closed)
             SetAside();
     }
@@ -117,7 +112,7 @@ struct CCSVParser::Impl
 
     CCsvEncoder encoder;
     QString path;
-    void* handle = NoHandle();
+    void* handle = FileSystem::NoFile();
 };
 
 CCSVParser::CCSVParser(QWidget* /*parent*/) : impl_(std::make_unique<Impl>()) {}
@@ -137,11 +132,9 @@ bool CCSVParser::OpenFileWithAppendMode(const QString& path)
     return impl_->Open(path, FileSystem::kOpenAppend);
 }
 
-// The signature is the contract's.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void CCSVParser::AppendLine(QStringList fields)
 {
-    if (impl_->handle == NoHandle()) {
+    if (impl_->handle == FileSystem::NoFile()) {
         OFFICE_LOG_ERROR("CCSVParser::AppendLine", "a record without an open file is lost");
         return;
     }
@@ -150,7 +143,7 @@ void CCSVParser::AppendLine(QStringList fields)
 
 void CCSVParser::WriteCSVFile()
 {
-    if (impl_->handle != NoHandle())
+    if (impl_->handle != FileSystem::NoFile())
         impl_->encoder.Flush();
 }
 

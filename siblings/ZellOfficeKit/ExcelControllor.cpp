@@ -45,7 +45,6 @@ struct CExcelControllorWithC::Impl
 };
 
 // Parameters are passed as the contract says.
-// NOLINTBEGIN(performance-unnecessary-value-param)
 
 CExcelControllorWithC::CExcelControllorWithC(QObject* /*parent*/) : impl_(std::make_unique<Impl>()) {}
 
@@ -133,7 +132,5 @@ void CExcelControllorWithC::Close()
         impl_->workbook->Close();
     impl_->Drop();
 }
-
-// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace ZellOfficeKit

@@ -91,7 +91,7 @@ bool ReadList(od::value& value, const Read& read)
         return IsNull(value);
     for (auto entry : array) {
         od::value item;
-        if (std::move(entry).get(item) != simdjson::SUCCESS || !read(item))
+        if (entry.get(item) != simdjson::SUCCESS || !read(item))
             return false;
     }
     return true;

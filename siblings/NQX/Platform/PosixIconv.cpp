@@ -25,7 +25,7 @@ std::size_t LetterToSkip(const char* at, std::size_t left, bool from_utf8)
 std::string ConvertCodePage(const std::string& text, const char* from, const char* to)
 {
     const iconv_t converter = iconv_open(to, from);
-    if (converter == iconv_t(-1))
+    if (converter == iconv_t(-1))  // NOLINT(performance-no-int-to-ptr): how iconv says no
         return text;
     const bool from_utf8 = std::strcmp(from, "UTF-8") == 0;
     std::string result;

@@ -44,6 +44,7 @@ std::string FormatLogText(const char* format, std::va_list arguments)
     char line[1024];
     std::va_list first;
     va_copy(first, arguments);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_copy has just made it
     const int size = std::vsnprintf(line, sizeof line, format, first);
     va_end(first);
     std::string text;

@@ -17,7 +17,7 @@
 #include <thread>
 #include <vector>
 
-extern char** environ;
+extern char** environ;  // NOLINT(readability-redundant-declaration): declared for GNU programs only
 
 namespace Zell::Base::ProcessUtil {
 namespace {
@@ -89,6 +89,7 @@ int StartProcess(std::vector<std::string>& words, pid_t& process)
     if (program.empty())
         return ENOENT;
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -145,6 +146,7 @@ bool LaunchApp(const std::string& command, bool wait, bool /*hide*/, void** proc
     }
     CollectLater(number);
     if (process != nullptr)
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the handle of a process is its number
         *process = reinterpret_cast<void*>(static_cast<std::intptr_t>(number));
     return true;
 }

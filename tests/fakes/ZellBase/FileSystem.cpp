@@ -34,7 +34,7 @@ int Result(const std::error_code& error)
 
 void* NoHandle()
 {
-    return reinterpret_cast<void*>(-1);
+    return NoFile();
 }
 
 template <typename Iterator>
