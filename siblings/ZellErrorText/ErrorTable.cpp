@@ -127,6 +127,7 @@ constexpr Entry kTable[] = {
     {24, 2, "The user name or the password is wrong."},
     {24, 3, "The station does not know this report."},
     {24, 4, "The station does not have this object."},
+    {24, 5, "The station could not keep or read its data."},
 };
 
 constexpr bool IsSorted()

@@ -92,6 +92,28 @@ TEST_F(ClientExport, WorkbookIsWholeForAnotherReader)
         << "the staging pictures are gone";
 }
 
+// The workbook keeps a picture as the library re-encoded it; that each is there and has a size is judged by
+// the other reader.
+TEST_F(ClientExport, RealPhotographsThatWereImportedStandInTheWorkbook)
+{
+    const auto import =
+        RunStation({"import", PHOTOGRAPHS, "--data", QString::fromStdString(station_.DataFolder())});
+    ASSERT_NE(import.output.find("imported 12 photographs"), std::string::npos) << import.output;
+    json request = ReportRequest(client_, "Photographs", 0, "embedded", 50);
+    Section(request, "ExportFileParam")["RequestCondition"] =
+        R"({"PageIndex":1,"PageSize":5,"Pictures":"embedded","EventTypes":["Photograph"]})";
+    const auto result = client_.RunRequests({request});
+    ASSERT_EQ(result.exit_code, 0) << result.output;
+    const json sheet = Workbook(client_.ExportFolder() + "Photographs/Photographs.xlsx")[0];
+    EXPECT_EQ(sheet["pictures"], 12);
+    int of_the_camera = 0;
+    for (const json& row : sheet["rows"]) {
+        for (const json& cell : row)
+            of_the_camera += cell == "2003-11-23 18:07:37" ? 1 : 0;
+    }
+    EXPECT_EQ(of_the_camera, 1) << "the time of the photograph's EXIF part is the event's";
+}
+
 TEST_F(ClientExport, WorkbookAndCsvOfOneConditionHoldTheSameTexts)
 {
     const auto result = client_.RunRequests(

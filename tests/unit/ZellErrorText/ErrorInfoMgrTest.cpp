@@ -57,7 +57,7 @@ TEST(ErrorText, HasWordsForTheUsualTransferErrors)
 TEST(ErrorText, HasWordsForAnswersAndForTheStation)
 {
     ExpectOwnWords(23, {1, 2, 3, 4, 5, 6});
-    ExpectOwnWords(24, {1, 2, 3, 4});
+    ExpectOwnWords(24, {1, 2, 3, 4, 5});
 }
 
 TEST(ErrorText, OfTheStoppedExportIsTheTablesOwn)
