@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 
 #include "FetchyardBussiness/ErrorText.h"
+#include "ZellBase/Leaving.h"
 #include "ZellBase/MessageLoop.h"
 #include "ZellErrorText/ErrorInfoMgr.h"
 #include "ZellPictureLoader/PictureLoader.h"
@@ -32,9 +33,11 @@ std::string TranslateErrorCode(const ErrorCode& error)
 CDownloadBussinessManager::CDownloadBussinessManager() = default;
 
 // A host that leaves without Unit still has an engine that reports: it must not find an object that is gone.
+// Once the process leaves, the engine's threads report no more, and one of them may hold the list for good.
 CDownloadBussinessManager::~CDownloadBussinessManager()
 {
-    CDownloadTaskManager::Instance().SyncUnregisterObserver(this);
+    if (!Zell::Base::details::IsProcessLeaving())
+        CDownloadTaskManager::Instance().SyncUnregisterObserver(this);
 }
 
 bool CDownloadBussinessManager::Init()

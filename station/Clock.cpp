@@ -81,7 +81,7 @@ bool TakeOffset(std::string_view& text, std::int64_t& offset)
     TakeOneOf(text, ":");
     if (!text.empty() && !TakeNumber(text, 2, minutes))
         return false;
-    offset = (is_west ? -1 : 1) * (hours * 3600 + minutes * 60);
+    offset = (is_west ? -1 : 1) * (std::int64_t{hours} * 3600 + minutes * 60L);
     return hours < 24 && minutes < 60;
 }
 
@@ -119,7 +119,7 @@ Calendar ToCalendar(std::int64_t time)
 
 std::int64_t FromCalendar(const Calendar& c)
 {
-    return DaysFromDate(c.year, c.month, c.day) * kDay + c.hour * 3600 + c.minute * 60 + c.second;
+    return DaysFromDate(c.year, c.month, c.day) * kDay + c.hour * 3600L + c.minute * 60L + c.second;
 }
 
 std::int64_t Now()

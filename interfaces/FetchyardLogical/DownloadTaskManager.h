@@ -16,6 +16,7 @@
 namespace FetchyardLogical {
 
 // Who wants to hear of the states of tasks. Called on the thread that runs the task, for one task in order.
+// It must not register, unregister, or stop a task from inside the call: the list is locked meanwhile.
 class CDownloadTaskManagerObserver : public Zell::Base::IBaseObserver
 {
 public:
@@ -41,7 +42,7 @@ public:
     bool Init();
     // Stops the engine: waiting tasks are taken out of the queue and reported as stopped, running ones are
     // stopped and waited for. The engine then knows no task any more, and Init works again. False if it does
-    // not run, or on a thread that runs a task.
+    // not run, on a thread that runs a task, or while the process leaves.
     bool Unit();
     // Keeps the callback with which an error is turned into text, for the log and for hosts.
     void SetTransCallback(std::function<std::string(const Zell::Base::Error::ErrorCode&)> callback);

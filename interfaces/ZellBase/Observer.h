@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <list>
+#include <memory>
 
 namespace Zell::Base {
 
@@ -24,40 +25,52 @@ template <typename O>
 class CObserverList
 {
 public:
+    CObserverList() = default;
+    CObserverList(const CObserverList&) = delete;
+    CObserverList& operator=(const CObserverList&) = delete;
+
+    ~CObserverList()
+    {
+        if (details::IsProcessLeaving())
+            details::KeepForGood(lists_);
+    }
+
     // False for null. Any thread, but not from inside a callback: the mutex is held during dispatch.
     bool Register(O* observer)
     {
         if (observer == nullptr)
             return false;
-        const boost::lock_guard<boost::mutex> lock(registered_mutex_);
-        registered_.push_back(observer);
+        const boost::lock_guard<boost::mutex> lock(lists_->registered_mutex);
+        lists_->registered.push_back(observer);
         return true;
     }
 
     // Erases the first entry equal to the observer, if there is one. Returns after any dispatch in progress.
     void Unregister(O* observer)
     {
-        const boost::lock_guard<boost::mutex> lock(registered_mutex_);
-        EraseFirst(registered_, observer);
+        const boost::lock_guard<boost::mutex> lock(lists_->registered_mutex);
+        EraseFirst(lists_->registered, observer);
     }
 
     // Calls every registered observer. An observer that is due for removal is dropped instead of called.
     template <typename Param>
     void Notify(void (O::*callback)(const Param&), const Param& param)
     {
-        const boost::lock_guard<boost::mutex> lock(registered_mutex_);
-        for (auto it = registered_.begin(); it != registered_.end();) {
-            if (TakeFromRemoval(*it)) {
-                it = registered_.erase(it);
+        // The lists outlast this object if the process leaves during the call.
+        const std::shared_ptr<Lists> lists = lists_;
+        const boost::lock_guard<boost::mutex> lock(lists->registered_mutex);
+        for (auto it = lists->registered.begin(); it != lists->registered.end();) {
+            if (TakeFromRemoval(*lists, *it)) {
+                it = lists->registered.erase(it);
                 continue;
             }
             ((*it)->*callback)(param);
             ++it;
         }
-        const boost::lock_guard<boost::mutex> removal_lock(removal_mutex_);
-        for (O* observer : removal_)
-            EraseFirst(registered_, observer);
-        removal_.clear();
+        const boost::lock_guard<boost::mutex> removal_lock(lists->removal_mutex);
+        for (O* observer : lists->removal)
+            EraseFirst(lists->registered, observer);
+        lists->removal.clear();
     }
 
 private:
@@ -70,16 +83,21 @@ private:
         return true;
     }
 
-    bool TakeFromRemoval(O* observer)
+    struct Lists
     {
-        const boost::lock_guard<boost::mutex> lock(removal_mutex_);
-        return !removal_.empty() && EraseFirst(removal_, observer);
+        boost::mutex registered_mutex;
+        std::list<O*> registered;
+        boost::mutex removal_mutex;
+        std::list<O*> removal;
+    };
+
+    static bool TakeFromRemoval(Lists& lists, O* observer)
+    {
+        const boost::lock_guard<boost::mutex> lock(lists.removal_mutex);
+        return !lists.removal.empty() && EraseFirst(lists.removal, observer);
     }
 
-    boost::mutex registered_mutex_;
-    std::list<O*> registered_;
-    boost::mutex removal_mutex_;
-    std::list<O*> removal_;
+    const std::shared_ptr<Lists> lists_ = std::make_shared<Lists>();
 };
 
 // What makes T a subject for observers of type O: the list, and the factory for calls that wait in a queue.

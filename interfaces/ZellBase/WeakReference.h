@@ -1,5 +1,8 @@
 #pragma once
 
+#include "ZellBase/Leaving.h"
+
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -19,15 +22,19 @@ public:
             call();
     }
 
+    // Waits for a call in progress on another thread, but not while the process leaves: such a call may have
+    // been held back for good.
     void Invalidate()
     {
-        const std::lock_guard<std::recursive_mutex> lock(mutex_);
         valid_ = false;
+        if (IsProcessLeaving())
+            return;
+        const std::lock_guard<std::recursive_mutex> in_progress(mutex_);
     }
 
 private:
     std::recursive_mutex mutex_;
-    bool valid_ = true;
+    std::atomic<bool> valid_{true};
 };
 
 // Embedded in an object; gives out references and voids them all when the object goes.

@@ -2,6 +2,7 @@
 
 #include "Engine/Engine.h"
 #include "SensitiveAccount.h"
+#include "ZellBase/Leaving.h"
 
 #include <atomic>
 #include <utility>
@@ -50,7 +51,8 @@ bool CDownloadTaskManager::Init()
 
 bool CDownloadTaskManager::Unit()
 {
-    if (!core_->engine->Unit())
+    // A thread that is held back for good can't be waited for.
+    if (Zell::Base::details::IsProcessLeaving() || !core_->engine->Unit())
         return false;
     pinned_snapshot.reset();
     return true;

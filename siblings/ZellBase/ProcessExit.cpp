@@ -8,7 +8,10 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 namespace Zell::Base::details {
 namespace {
@@ -124,6 +127,14 @@ void WatchProcessExit()
 bool IsProcessLeaving()
 {
     return Gate::Instance().IsLeaving();
+}
+
+void KeepForGood(std::shared_ptr<void> object)
+{
+    static auto* const mutex = new std::mutex;
+    static auto* const kept = new std::vector<std::shared_ptr<void>>;
+    const std::lock_guard<std::mutex> lock(*mutex);
+    kept->push_back(std::move(object));
 }
 
 CWorkerMark::CWorkerMark()

@@ -1,5 +1,6 @@
 #include "Library.h"
 
+#include "ZellBase/Leaving.h"
 #include "ZellBase/Log.h"
 #include "ZellClientHostSettings/ClientSettings.h"
 #include "ZellPictureLoader/PictureLoader.h"
@@ -73,7 +74,11 @@ void UninitZellPictureLoader()
             return;
         ended = std::move(library.session);
     }
-    ended->Stop();
+    // Its threads are held back for good once the process leaves.
+    if (Zell::Base::details::IsProcessLeaving())
+        Zell::Base::details::KeepForGood(std::move(ended));
+    else
+        ended->Stop();
 }
 
 void SetLoaderBounds(const LoaderBounds& bounds)

@@ -28,7 +28,7 @@ ErrorCode SystemError()
 
 bool IsOpen(const void* handle)
 {
-    return handle != reinterpret_cast<const void*>(static_cast<std::intptr_t>(-1));
+    return handle != FileSystem::NoFile();
 }
 
 int WriteWhole(void* handle, const char* data, std::size_t size)

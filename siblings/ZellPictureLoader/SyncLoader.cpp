@@ -14,7 +14,7 @@ constexpr std::size_t kLargestFetchedAhead = 64u << 20;
 constexpr std::size_t kLargestIntoMemory = 256u << 20;
 // A dock station's file may be hours of film: only a transfer that stands still is given up.
 constexpr std::uint64_t kLargestFile = std::uint64_t{1} << 40;
-constexpr unsigned long kPictureTimeoutMs = 60u * 1000;
+constexpr unsigned long kPictureTimeoutMs = 60000;
 constexpr unsigned long kDockFileTimeoutMs = 0;
 
 bool MakeRequest(const CImgUrlKey* key, std::uint64_t max_bytes, PictureRequest& request, ErrorCode& error)

@@ -83,7 +83,7 @@ public:
         std::string path = folder + Zell::Base::GuidUtil::CreateGuid() + ".part";
         void* handle =
             FileSystem::OpenFile(path.c_str(), FileSystem::kOpenTruncate, FileSystem::kAttributesPlain);
-        if (handle == reinterpret_cast<void*>(std::intptr_t{-1}))
+        if (handle == FileSystem::NoFile())
             return false;
         handle_ = handle;
         path_ = std::move(path);

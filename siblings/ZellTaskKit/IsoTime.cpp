@@ -169,8 +169,8 @@ std::optional<std::int64_t> SecondsSince1970(const IsoTime& time)
 {
     if (!time.offset_seconds)
         return LocalSeconds(time);
-    return DaysSince1970(time.year, time.month, time.day) * kSecondsOfDay + time.hour * 3600 +
-           time.minute * 60 + time.second - *time.offset_seconds;
+    return DaysSince1970(time.year, time.month, time.day) * kSecondsOfDay + time.hour * 3600L +
+           time.minute * 60L + time.second - *time.offset_seconds;
 }
 
 }  // namespace ZellTaskKit

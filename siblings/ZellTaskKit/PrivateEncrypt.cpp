@@ -94,7 +94,7 @@ bool AESDecryptForSensitiveInfor(std::string& out, const std::string& in, unsign
                                  bool /*reserved_flag*/)
 {
     // The two arguments may be the same text.
-    const std::string text = in;
+    const std::string text = in;  // NOLINT(performance-unnecessary-copy-initialization)
     out.clear();
     std::string sealed;
     if (text.size() > kMaxText || !Zell::Base::Encrypt::Base64Decode(sealed, text))

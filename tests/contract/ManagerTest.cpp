@@ -142,6 +142,16 @@ UninitZellPictureLoader
     EXPECT_EQ(Trace(), "\n");
 }
 
+TEST_F(ManagerTest, UnitTakesLeaveOfTheEngineBeforeThePictureLoaderGoes)
+{
+    Manager().Init();
+    fakes::OnCall("UninitZellPictureLoader", 1,
+                  [] { fakes::ReportFromEngine({CTaskCallbackParam("a", ZellTaskKit::Downloading, {})}); });
+    EXPECT_TRUE(Manager().Unit());
+    EXPECT_EQ(fakes::CountOf("UninitZellPictureLoader"), 2);
+    EXPECT_EQ(fakes::CountOf("PostTask"), 0);
+}
+
 TEST_F(ManagerTest, UnitOfAnEngineThatCannotStopLeavesEverythingUp)
 {
     Manager().Init();

@@ -226,6 +226,15 @@ TEST_F(RequestsTest, PurposeOneIsAnEvidenceExport)
     EXPECT_EQ(record->str_evidence_param, R"({"Case":7,"Name":"x"})");
 }
 
+TEST_F(RequestsTest, EvidenceExportWithoutAnEvidenceNodeHasNone)
+{
+    Request request;
+    request.root = R"(,"FileExportPurpose":1)";
+    const auto record = Parse(request);
+    EXPECT_EQ(record->GetVal_state(), 7);
+    EXPECT_EQ(record->str_evidence_param, "");
+}
+
 TEST_F(RequestsTest, AnyOtherPurposeLeavesTheEvidenceUnread)
 {
     for (const int purpose : {0, 2, -1}) {
@@ -394,6 +403,15 @@ TEST_F(RequestsTest, PathOfExactly259BytesIsNotShortened)
     EXPECT_EQ(settings.str_export_file_path, Folder() + "F/");
 }
 
+// A number above five has no suffix that would count.
+TEST_F(RequestsTest, PathOfAnUnknownFileTypeCountsWithoutASuffix)
+{
+    const std::string name = LongName(259 - Folder().size() - 2);
+    const std::string file = R"("ExportFileName":")" + name + R"(","FolderName":"F","ExportFileType":)";
+    EXPECT_EQ(WithFile(file + "6").str_export_file_name, name);
+    EXPECT_NE(WithFile(file + "1").str_export_file_name, name);
+}
+
 TEST_F(RequestsTest, PathOf260BytesIsShortenedAndTheFolderTakesTheShortName)
 {
     const std::string name = LongName(260 - Folder().size() - 2 - 4);
@@ -448,7 +466,8 @@ TEST_F(RequestsTest, NameShorterThan23BytesThrowsOutOfTheOperation)
     Request request;
     request.file = R"("ExportFileName":"short","FolderName":")" + std::string(250, 'f') + "\"";
     const std::string text = Text(request);
-    EXPECT_THROW(Add({text}), std::out_of_range);
+    EXPECT_THROW(Add({Text({}), text}), std::out_of_range);
+    EXPECT_EQ(guids().size(), 1U) << "that of the request in front of it";
     EXPECT_TRUE(fakes::TheScript().handed_over.empty());
 }
 
@@ -732,6 +751,14 @@ TEST_F(RequestsTest, PasswordCheckOfAWebClientHasAnEmptyIdentityAndTheRequestsLo
         R"("PasswordType":2,"LoginModel":9,"ClientGuid":"","ClientHardwareCode":""}})");
     EXPECT_EQ(fakes::CountOf("GetUserInfoEx"), 0);
     EXPECT_EQ(fakes::CountOf("GetClientInfo"), 0);
+}
+
+TEST_F(RequestsTest, AnyClientThatIsNotAWebClientCarriesItsIdentity)
+{
+    fakes::TheScript().client_type = 2;
+    WithServer(kCheckPassword);
+    EXPECT_EQ(fakes::CountOf("GetUserInfoEx"), 1);
+    EXPECT_EQ(fakes::CountOf("GetClientInfo"), 1);
 }
 
 TEST_F(RequestsTest, PasswordCheckMarksTheRecordAsSensitive)

@@ -160,6 +160,25 @@ TEST(TaskManagerExit, LeavingTheProcessInTheMiddleOfTasksIsClean)
     EXPECT_EXIT(leave(), ::testing::ExitedWithCode(0), "");
 }
 
+// A static of the host may be the one that calls Unit.
+TEST(TaskManagerExit, UnitFromAStaticThatGoesNeitherHangsNorStops)
+{
+    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const auto leave = [] {
+        ZellClientHost::SetClientSettings({});
+        CDownloadTaskManager& manager = CDownloadTaskManager::Instance();
+        std::atexit([] {
+            if (CDownloadTaskManager::Instance().Unit())
+                std::_Exit(9);
+        });
+        manager.Init();
+        manager.AddTransferTask({std::make_shared<QuickTask>()});
+        WaitUntilIdle(std::chrono::minutes(1));
+        std::exit(0);
+    };
+    EXPECT_EXIT(leave(), ::testing::ExitedWithCode(0), "");
+}
+
 TEST_F(TaskManager, AnAccountTextIsTakenOnlyIfItIsOne)
 {
     const TempFolder folder;

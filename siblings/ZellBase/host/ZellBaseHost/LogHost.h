@@ -13,7 +13,8 @@ namespace Zell::Base::details {
 // standard error.
 ZELLBASE_API bool SetLogFile(const std::string& path, int level);
 // Who also hears the lines, on the thread that writes them: those that the file gets, and every line of level
-// 5. When the call returns, the former listener hears nothing any more. A listener must not log. An empty
+// 5. When the call returns, the former listener hears nothing any more. A listener must not log, wait or
+// sleep. An empty
 // function ends it.
 using LogListener = std::function<void(int level, const std::string& module, const std::string& text)>;
 ZELLBASE_API void SetLogListener(LogListener listener);

@@ -1,6 +1,7 @@
 // Leaves main in the ways that a host can leave while work is going on. The first argument names the way.
 #include "ZellBase/Log.h"
 #include "ZellBase/MessageLoop.h"
+#include "ZellBase/Observer.h"
 #include "ZellBaseHost/LogHost.h"
 #include "ZellBaseHost/ProcessExit.h"
 
@@ -59,6 +60,15 @@ void LogForever()
     }
 }
 
+void WaitForever()
+{
+    static auto* const mutex = new std::mutex;
+    static auto* const never = new std::condition_variable;
+    std::unique_lock<std::mutex> lock(*mutex);
+    for (;;)
+        never->wait(lock);
+}
+
 // Returns when the worker is at work.
 void StartWorker(const std::function<void()>& work)
 {
@@ -87,12 +97,8 @@ int LeaveALoggingWorker()
 int LeaveABlockedWorker()
 {
     StartWorker([] {
-        static auto* const mutex = new std::mutex;
-        static auto* const never = new std::condition_variable;
         const Zell::Base::details::CBlockedMark blocked;
-        std::unique_lock<std::mutex> lock(*mutex);
-        for (;;)
-            never->wait(lock);
+        WaitForever();
     });
     return 0;
 }
@@ -151,6 +157,50 @@ int LeaveTheLoop()
     return 0;
 }
 
+class Listener : public Zell::Base::IBaseObserver
+{
+public:
+    explicit Listener(std::function<void()> work) : work_(std::move(work)) {}
+    void Hear(const int& /*number*/) { work_(); }
+
+private:
+    std::function<void()> work_;
+};
+
+class Subject : public Zell::Base::CObserverableWrap<Subject, Listener>
+{
+public:
+    void Post()
+    {
+        Zell::Base::CMessageLoopForNotify::Instance().PostTask(
+            MethodFactory().NewRunnableMethod(&Subject::Tell, 1));
+    }
+
+private:
+    void Tell(const int& number) { NotifyObservers(&Listener::Hear, number); }
+};
+
+// The subject goes with the statics while its observer is in the middle of a call.
+int LeaveAnObserver(const std::function<void()>& work)
+{
+    static Subject subject;
+    static auto* const started = new std::promise<void>;
+    subject.RegisterObserver(new Listener([work] {
+        started->set_value();
+        work();
+    }));
+    subject.Post();
+    started->get_future().wait();
+    return 0;
+}
+
+int LeaveFromAnObserver()
+{
+    LeaveAnObserver([] { std::exit(0); });
+    for (;;)
+        pause();
+}
+
 int LeaveLinesBehind(const char* path)
 {
     if (!Zell::Base::details::SetLogFile(path, 3))
@@ -181,5 +231,11 @@ int main(int count, char** arguments)
         return LeaveFromAWorker();
     if (way == "loop")
         return LeaveTheLoop();
+    if (way == "observer that logs")
+        return LeaveAnObserver(LogForever);
+    if (way == "observer that waits")
+        return LeaveAnObserver(WaitForever);
+    if (way == "observer that exits")
+        return LeaveFromAnObserver();
     return 4;
 }

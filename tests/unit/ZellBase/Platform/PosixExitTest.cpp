@@ -65,6 +65,13 @@ TEST(ProcessExit, StopsTheNotificationLoopAndItsWaitingTasks)
     EXPECT_TRUE(Leaves("loop", folder.File("log")));
 }
 
+TEST(ProcessExit, DoesNotHangOnAnObserverInTheMiddleOfACall)
+{
+    const TempFolder folder;
+    for (const char* way : {"observer that logs", "observer that waits", "observer that exits"})
+        EXPECT_TRUE(Leaves(std::string("\"") + way + "\"", folder.File("log"))) << way;
+}
+
 TEST(ProcessExit, LosesNoLine)
 {
     const TempFolder folder;
