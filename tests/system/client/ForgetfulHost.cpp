@@ -44,7 +44,7 @@ int main(int argc, char** argv)
     settings.sites[0] = argv[1];
     ZellClientHost::SetClientSettings(settings);
     // Never destroyed: the process leaves while the library may still call it.
-    auto* report = new FirstReport;
+    static auto* const report = new FirstReport;
     auto& manager = FetchyardBussiness::CDownloadBussinessManager::Instance();
     std::vector<std::string> guids;
     const std::string request =
