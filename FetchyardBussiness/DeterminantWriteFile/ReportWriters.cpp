@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
 #include "FetchyardBussiness/DeterminantWriteFile/ReportExportCsv.h"
 #include "FetchyardBussiness/DeterminantWriteFile/ReportExportExcel.h"
+#include "FetchyardBussiness/DeterminantWriteFile/ReportExportTxt.h"
 
 namespace FetchyardBussiness {
 
@@ -11,6 +12,8 @@ std::unique_ptr<CExportReportDataToFileObject> MakeReportWriter(int export_file_
             return std::make_unique<CExportReportDataToEXCELFileObject>();
         case kCsvReport:
             return std::make_unique<CExportReportDataToCSVFileObject>();
+        case kTxtReport:
+            return std::make_unique<CExportReportDataToTXTFileObject>();
         default:
             return nullptr;
     }

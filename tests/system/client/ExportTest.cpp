@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 using nlohmann::json;
@@ -61,6 +63,23 @@ TEST_F(ClientExport, CsvReportHoldsEveryRowOfEveryPage)
         numbers.insert(records[i].front());
     EXPECT_EQ(numbers.size(), 230u) << "a row came twice or not at all";
     EXPECT_NE(result.output.find("Alarms: finished"), std::string::npos) << result.output;
+}
+
+TEST_F(ClientExport, TextReportHoldsTheTextsOfTheCsv)
+{
+    const auto result = client_.RunRequests(
+        {ReportRequest(client_, "A", 3, "none", 120), ReportRequest(client_, "B", 1, "none", 120)});
+    ASSERT_EQ(result.exit_code, 0) << result.output;
+    std::ifstream file(client_.ExportFolder() + "A/A.txt", std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    ASSERT_FALSE(text.empty());
+    const auto records = CsvRecords(client_.ExportFolder() + "B/B.csv");
+    std::size_t place = 0;
+    for (std::size_t i = records.size() - 120; i < records.size(); ++i) {
+        // The event's number stands first in its line.
+        place = text.find("\n" + records[i].front() + "          ", place);
+        ASSERT_NE(place, std::string::npos) << records[i].front();
+    }
 }
 
 TEST_F(ClientExport, LinkedPicturesLieBesideTheCsvUnderThePathsThatItNames)

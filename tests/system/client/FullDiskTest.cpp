@@ -31,6 +31,13 @@ TEST_F(ClientFullDisk, CsvThatDidNotReachTheDiskFailsAndLeavesNoReport)
     EXPECT_EQ(result.output.find("out/Full/Full.csv\n"), std::string::npos) << result.output;
 }
 
+TEST_F(ClientFullDisk, TextReportThatDidNotReachTheDiskFails)
+{
+    const auto result = RunOnSmallDisk(ReportRequest(client_, "Full", 3, "none", 400), "16k");
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_NE(result.output.find("Full: failed"), std::string::npos) << result.output;
+}
+
 TEST_F(ClientFullDisk, WorkbookThatDidNotReachTheDiskIsToldAndLeavesNoReport)
 {
     const auto result = RunOnSmallDisk(ReportRequest(client_, "Full", 0, "none", 400), "16k");
