@@ -114,6 +114,7 @@ void DrawCrowd(const Canvas& canvas)
 {
     const int count = canvas.random.Between(8, 16);
     std::vector<Place> places;
+    places.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         places.push_back(SomePlace(canvas));
     // The near ones hide the far ones.

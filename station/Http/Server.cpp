@@ -70,11 +70,12 @@ void Dispatch(Services& services, const std::vector<Route>& routes, const httpli
     std::string name;
     const std::string_view method = request.method == "HEAD" ? "GET" : std::string_view(request.method);
     const RouteMatch match = FindRoute(routes, method, request.path, route, name);
-    if (match == RouteMatch::None || (route != nullptr && route->is_control && !services.has_control)) {
+    const bool is_hidden = route != nullptr && route->is_control && !services.has_control;
+    if (match == RouteMatch::None || is_hidden) {
         AnswerError(response, 404, StationNoSuchObject, "There is nothing at " + request.path + ".");
         return;
     }
-    if (match == RouteMatch::OtherMethod) {
+    if (match == RouteMatch::OtherMethod || route == nullptr) {
         AnswerError(response, 405, StationNoSuchObject, request.method + " is not for " + request.path + ".");
         return;
     }

@@ -121,8 +121,8 @@ void AppendHead(std::string& out, const ReportCondition& condition, std::int64_t
     for (std::size_t i = 0; i < titles.size(); ++i) {
         const std::string row = std::to_string(i);
         out += i == 0 ? "" : ",";
-        out += "{\"FirstRow\":" + row + ",\"FirstColumn\":0,\"LastRow\":" + row +
-               ",\"LastColumn\":" + std::to_string(last_column) + ",\"Text\":";
+        out.append("{\"FirstRow\":").append(row).append(",\"FirstColumn\":0,\"LastRow\":").append(row);
+        out.append(",\"LastColumn\":").append(std::to_string(last_column)).append(",\"Text\":");
         AppendJson(out, titles[i]);
         out += ",\"Format\":" + std::to_string(i == 0 ? kTitle : kSubtitle) + "}";
     }

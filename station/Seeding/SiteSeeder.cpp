@@ -138,6 +138,7 @@ void SeedSite(Database& database, const SeedPlan& plan)
     database.Run("BEGIN");
     const std::vector<Camera> cameras = MakeCameras(database, plan.cameras);
     std::vector<std::int64_t> times;
+    times.reserve(static_cast<std::size_t>(plan.events));
     for (int i = 0; i < plan.events; ++i)
         times.push_back(PickTime(random, plan));
     // Numbers grow with time, as they do where events are stored when they happen.
