@@ -2,7 +2,8 @@
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "support/ContractTest.h"
 
-#include <ctime>
+#include <QDateTime>
+
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
@@ -194,8 +195,10 @@ TEST_F(RequestsTest, BatchIsHandedOverAtOnceInOrderAndTheGuidsAreAppended)
 
 TEST_F(RequestsTest, BaseFieldsOfTheRecord)
 {
-    const auto earliest = static_cast<long long>(std::time(nullptr));
+    // By the clock that the library reads: std::time lags behind it by a tick at the turn of a second.
+    const long long earliest = QDateTime::currentSecsSinceEpoch();
     const auto record = Parse({});
+    const long long latest = QDateTime::currentSecsSinceEpoch();
     EXPECT_EQ(record->GetVal_state(), 1);
     EXPECT_EQ(record->GetVal_str_name(), "A");
     EXPECT_EQ(record->GetVal_str_file_path(), Folder() + "A/");
@@ -203,7 +206,7 @@ TEST_F(RequestsTest, BaseFieldsOfTheRecord)
     EXPECT_EQ(record->GetVal_open_type(), 1);
     EXPECT_EQ(record->GetVal_str_plugin_id(), "fetchyard.c");
     EXPECT_GE(record->GetVal_operate_time(), earliest);
-    EXPECT_LE(record->GetVal_operate_time(), static_cast<long long>(std::time(nullptr)));
+    EXPECT_LE(record->GetVal_operate_time(), latest);
     EXPECT_EQ(record->GetVal_file_size(), 0U);
     EXPECT_FALSE(record->GetVal_b_enable_percent());
     EXPECT_FALSE(record->GetVal_b_enable_speed());
