@@ -6,6 +6,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/ReportExportObject.h"
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "FetchyardBussiness/Log.h"
+#include "FetchyardBussiness/PluginNames.h"
 #include "FetchyardBussiness/TaskDispatch.h"
 #include "ZellBase/Util.h"
 #include "ZellTaskKit/ClientServices.h"
@@ -35,7 +36,6 @@ bool MakeFolder(const std::string& folder)
 
 namespace {
 
-constexpr char kPluginId[] = "fetchyard.c";
 constexpr std::size_t kLongestPath = 259;
 constexpr std::size_t kKeptTail = 23;
 
@@ -164,7 +164,7 @@ void FillTaskFields(int purpose, DeterminantDownloadParam& record)
     record.SetVal_str_file_path(record.vs_file_param_.str_export_file_path);
     record.SetVal_str_resume_xml("");
     record.SetVal_open_type(ZellTaskKit::OpenFolder);
-    record.SetVal_str_plugin_id(kPluginId);
+    record.SetVal_str_plugin_id(fetchyard_plugin::kId);
     record.SetVal_operate_time(QDateTime::currentSecsSinceEpoch());
     record.SetVal_file_size(0);
     record.SetVal_b_enable_percent(false);

@@ -47,4 +47,16 @@ struct FETCHYARD_API VideoTaskParam : public ZellTaskKit::CDownloadTaskParam
     std::shared_ptr<Zell::MultimediaComm::InfoOverlay> ptr_info_overlay;
 };
 
+// Finds what other plug-ins of the client export. Of the library's inside; any thread.
+class CToolFunc
+{
+public:
+    // The module handle of a loaded plug-in; null, with a line in the log, if the client does not know the
+    // id.
+    static void* GetPluginHandleImpl(const std::string& plugin_id);
+    // The address of a function that the plug-in exports, for the caller to cast; null, with a line in the
+    // log, if there is no such plug-in or no such function.
+    static void* GetPluginTaskFunc(const std::string& plugin_id, const std::string& func_name);
+};
+
 }  // namespace FetchyardBussiness

@@ -61,6 +61,7 @@ struct Script
     int login_model = 4;
     std::string client_guid = "client-guid";
     std::string hardware_code = "hardware-code";
+    std::map<std::string, void*> plugins;  // loaded modules by their ids
 
     // ZellTaskKit
     int client_type = 0;

@@ -9,9 +9,10 @@ namespace ZellClientFrameWork {
 
 bool CFrameworkManagerInterface::GetPluginHandle(void*& handle, const std::string& plugin_id)
 {
-    handle = nullptr;
-    fakes::Call("GetPluginHandle", plugin_id);
-    return false;
+    const auto& plugins = fakes::TheScript().plugins;
+    const auto found = plugins.find(plugin_id);
+    handle = found == plugins.end() ? nullptr : found->second;
+    return fakes::Call("GetPluginHandle", plugin_id) && found != plugins.end();
 }
 
 bool CFrameworkManagerInterface::GetClientConfig(std::string& text, int kind)
