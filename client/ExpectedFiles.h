@@ -10,9 +10,17 @@ namespace FetchyardClient {
 // A file that a request asks for.
 struct ExpectedFile
 {
+    // What it must open as.
+    enum class Content {
+        kBySuffix,  // as its suffix says
+        kPicture,   // a picture, whatever its name
+        kAny,       // it is there
+    };
+
     std::string path;
     bool is_report = false;  // the report or the archive, as against a file beside it
     std::string password;    // of an archive
+    Content content = Content::kBySuffix;
 };
 
 // The files that a report export leaves when all goes well. name and folder are those of the task: report

@@ -63,10 +63,7 @@ int CheckCommand(const std::vector<std::string>& paths)
         std::vector<Violation> violations;
         if (ParseRequest(source.text, request, violations))
             violations = CheckRequest(request);
-        for (const Violation& violation : violations)
-            std::printf("%s: %s: %s\n", source.label.c_str(),
-                        violation.path.empty() ? "the request" : violation.path.c_str(),
-                        violation.words.c_str());
+        PrintViolations(stdout, source.label, violations);
         if (violations.empty())
             std::printf("%s: fits\n", source.label.c_str());
         good = good && violations.empty();

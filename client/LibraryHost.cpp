@@ -4,6 +4,7 @@
 #include "ZellBase/Log.h"
 #include "ZellBase/Util.h"
 #include "ZellBaseHost/LogHost.h"
+#include "ZellClientHostSettings/Plugins.h"
 #include "ZellOfficeKitHost/OfficeFolders.h"
 
 #include <cstdlib>
@@ -80,6 +81,24 @@ bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& se
            MakeFolder(settings.save_path, reason);
 }
 
+std::string LogFile(const HostOptions& options)
+{
+    return options.log_file.empty() ? ZellClientHost::GetClientSettings().data_path + "fetchyard.log"
+                                    : options.log_file;
+}
+
+bool LibraryHost::LoadPlugins(const HostOptions& options, std::string& reason)
+{
+    for (const auto& [id, module] : options.plugins) {
+        if (!ZellClientHost::LoadPlugin(id, module, reason)) {
+            reason = "the plug-in " + id + " can't be loaded: " + reason;
+            return false;
+        }
+        plugins_.push_back(id);
+    }
+    return true;
+}
+
 bool LibraryHost::Start(const HostOptions& options, std::string& reason)
 {
     ZellClientHost::ClientSettings settings;
@@ -87,13 +106,14 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
         return false;
     ZellClientHost::SetClientSettings(settings);
     ZellOfficeKit::SetWorkFolder(settings.data_path + "Office/");
-    const std::string log =
-        options.log_file.empty() ? settings.data_path + "fetchyard.log" : options.log_file;
+    const std::string log = LogFile(options);
     const int level = options.verbose ? Zell::Base::details::kLogInfo : Zell::Base::details::kLogError;
     if (!Zell::Base::details::SetLogFile(log, level)) {
         reason = "the log " + log + " can't be written";
         return false;
     }
+    if (!LoadPlugins(options, reason))
+        return false;
     CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
     if (!manager.Init()) {
         reason = "the download engine can't be started";
@@ -105,11 +125,14 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
 
 LibraryHost::~LibraryHost()
 {
-    if (!started_)
-        return;
-    CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
-    manager.SyncUnregisterObserver(&watch_);
-    manager.Unit();
+    if (started_) {
+        CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
+        manager.SyncUnregisterObserver(&watch_);
+        manager.Unit();
+    }
+    // No task is left that could call into one.
+    for (const std::string& id : plugins_)
+        ZellClientHost::StopPlugin(id);
     Zell::Base::details::FlushLog();
 }
 

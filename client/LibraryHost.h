@@ -16,6 +16,7 @@ struct HostOptions
     std::string station;      // address of site 0
     std::map<unsigned int, std::string> sites;
     std::string user;  // its password comes from the environment variable FETCHYARD_PASSWORD
+    std::map<std::string, std::string> plugins;  // modules to load, by plug-in id
     std::string log_file;
     bool verbose = false;
 };
@@ -23,6 +24,9 @@ struct HostOptions
 // Works out the settings: the platform's defaults, then <data folder>/client.json, then the options. False
 // with the reason if the settings file is wrong or the folders can't be made.
 bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& settings, std::string& reason);
+
+// Where the log goes, once the settings are in force.
+std::string LogFile(const HostOptions& options);
 
 // Hosts the library for the life of the object: settings, log, start, observer; and stops it again.
 class LibraryHost
@@ -38,7 +42,10 @@ public:
     TaskWatch& Watch() { return watch_; }
 
 private:
+    bool LoadPlugins(const HostOptions& options, std::string& reason);
+
     TaskWatch watch_;
+    std::vector<std::string> plugins_;
     bool started_ = false;
 };
 

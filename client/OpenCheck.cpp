@@ -49,6 +49,10 @@ std::string WhyItDoesNotOpen(const ExpectedFile& file)
         return "can't be opened: " + opened.errorString().toStdString();
     const QByteArray head = opened.read(16);
     opened.close();
+    if (file.content == ExpectedFile::Content::kAny)
+        return "";
+    if (file.content == ExpectedFile::Content::kPicture)
+        return IsPicture(head) ? "" : "is no picture";
     if (EndsWith(file.path, ".zip") || EndsWith(file.path, ".xlsx"))
         return CheckArchive(file, head);
     if (EndsWith(file.path, ".pdf"))

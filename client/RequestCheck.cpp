@@ -1,5 +1,7 @@
 #include "RequestCheck.h"
 
+#include "FileList.h"
+
 #include <QFile>
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
 #include <valijson/schema.hpp>
@@ -8,6 +10,7 @@
 #include <valijson/validator.hpp>
 
 #include <algorithm>
+#include <array>
 
 // The resources of a static library are linked only if somebody asks for them; the macro wants global scope.
 static void LinkSchemas()
@@ -60,6 +63,43 @@ bool IsOnlyThatAMemberFailed(const std::string& words)
            words.find("Object properties failed validation") != std::string::npos;
 }
 
+// Adds where a value departs from a schema; pointer is its place in the request.
+void CheckSchema(const std::string& schema_name, const std::string& pointer, const json& value,
+                 std::vector<Violation>& violations)
+{
+    const json schema_text = json::parse(ReadResource((":/schemas/" + schema_name + ".schema.json").c_str()));
+    valijson::Schema schema;
+    valijson::SchemaParser parser;
+    parser.populateSchema(NlohmannJsonAdapter(schema_text), schema);
+    valijson::Validator validator;
+    valijson::ValidationResults results;
+    if (validator.validate(schema, NlohmannJsonAdapter(value), &results))
+        return;
+    const std::size_t before = violations.size();
+    valijson::ValidationResults::Error error;
+    while (results.popError(error)) {
+        if (!IsOnlyThatAMemberFailed(error.description))
+            violations.push_back({pointer + PointerOf(error.context), error.description});
+    }
+    if (violations.size() == before)
+        violations.push_back({pointer, "does not fit the schema " + schema_name});
+}
+
+// Each entry has the schema of its type.
+void CheckFileList(const json& request, std::vector<Violation>& violations)
+{
+    constexpr std::array<const char*, 4> kSchemaOfType = {"picture", "server-file", "video", "clip"};
+    CheckSchema("file-list", "", request, violations);
+    if (!violations.empty())
+        return;
+    std::size_t index = 0;
+    for (const json& entry : request.at("FileRequestList")) {
+        const json& file = entry.at("FileRequest");
+        CheckSchema(kSchemaOfType.at(file.at("FileType").get<std::size_t>()),
+                    "/FileRequestList/" + std::to_string(index++) + "/FileRequest", file, violations);
+    }
+}
+
 void CheckPageCondition(const json& request, std::vector<Violation>& violations)
 {
     const json::json_pointer pointer("/FileExportRequest/RequestData/ExportFileParam/RequestCondition");
@@ -85,24 +125,22 @@ bool ParseRequest(const std::string& text, json& request, std::vector<Violation>
 
 std::vector<Violation> CheckRequest(const json& request)
 {
-    const json schema_text = json::parse(ReadResource(":/schemas/report-export.schema.json"));
-    valijson::Schema schema;
-    valijson::SchemaParser parser;
-    parser.populateSchema(NlohmannJsonAdapter(schema_text), schema);
-    valijson::Validator validator;
-    valijson::ValidationResults results;
     std::vector<Violation> violations;
-    if (!validator.validate(schema, NlohmannJsonAdapter(request), &results)) {
-        valijson::ValidationResults::Error error;
-        while (results.popError(error)) {
-            if (!IsOnlyThatAMemberFailed(error.description))
-                violations.push_back({PointerOf(error.context), error.description});
-        }
-        if (violations.empty())
-            violations.push_back({"", "does not fit the schema of a report export"});
+    if (IsFileList(request)) {
+        CheckFileList(request, violations);
+    } else {
+        CheckSchema("report-export", "", request, violations);
+        CheckPageCondition(request, violations);
     }
-    CheckPageCondition(request, violations);
     return violations;
+}
+
+void PrintViolations(std::FILE* stream, const std::string& label, const std::vector<Violation>& violations)
+{
+    for (const Violation& violation : violations)
+        std::fprintf(stream, "%s: %s: %s\n", label.c_str(),
+                     violation.path.empty() ? "the request" : violation.path.c_str(),
+                     violation.words.c_str());
 }
 
 }  // namespace FetchyardClient

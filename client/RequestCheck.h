@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,9 @@ struct Violation
 
 // Parses a request's text; on bad JSON the one violation tells line and column.
 bool ParseRequest(const std::string& text, nlohmann::json& request, std::vector<Violation>& violations);
-// Checks a request against its schema and the page condition inside it; empty if all is well.
+// Checks a request against the schema of its kind and a report's page condition; empty if all is well.
 std::vector<Violation> CheckRequest(const nlohmann::json& request);
+// Prints violations to the stream, a line each, with what the request is called in front.
+void PrintViolations(std::FILE* stream, const std::string& label, const std::vector<Violation>& violations);
 
 }  // namespace FetchyardClient

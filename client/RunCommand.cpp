@@ -2,6 +2,7 @@
 
 #include "ExpectedFiles.h"
 #include "FetchyardLogicalHost/EngineHost.h"
+#include "FileList.h"
 #include "OpenCheck.h"
 #include "Platform/Terminal.h"
 #include "ProgressView.h"
@@ -42,6 +43,7 @@ struct Job
 {
     RequestSource source;
     json request;
+    std::vector<PlannedTask> planned;  // of a list of single files
     std::vector<std::string> guids;
 };
 
@@ -51,10 +53,7 @@ bool Accept(const RequestSource& source, Job& job)
     job.source = source;
     if (ParseRequest(source.text, job.request, violations))
         violations = CheckRequest(job.request);
-    for (const Violation& violation : violations)
-        std::fprintf(stderr, "%s: %s: %s\n", source.label.c_str(),
-                     violation.path.empty() ? "the request" : violation.path.c_str(),
-                     violation.words.c_str());
+    PrintViolations(stderr, source.label, violations);
     return violations.empty();
 }
 
@@ -72,10 +71,20 @@ bool EncipherPassword(Job& job)
     return true;
 }
 
+bool HandOverRecords(Job& job)
+{
+    std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskParam>> records;
+    for (const PlannedTask& task : job.planned)
+        records.push_back(task.record);
+    return CDownloadBussinessManager::Instance().AddFileDownloadTask(job.guids, records);
+}
+
 bool HandOver(Job& job)
 {
     try {
-        if (CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text}))
+        if (job.planned.empty()
+                ? CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text})
+                : HandOverRecords(job))
             return true;
         std::fprintf(stderr, "%s: the library made no task of it\n", job.source.label.c_str());
     } catch (const std::exception& error) {
@@ -110,12 +119,22 @@ void WatchUntilIdle(const std::vector<std::string>& guids, ProgressView& view, T
     }
 }
 
+// What the task was to leave: planned with its record, or read from the report's request.
+std::vector<ExpectedFile> FilesOf(const Job& job, const TaskView& task)
+{
+    for (std::size_t i = 0; i < job.planned.size(); ++i) {
+        if (job.guids[i] == task.guid)
+            return job.planned[i].files;
+    }
+    return ExpectedFiles(job.request, task.name, task.folder);
+}
+
 bool TellFiles(const Job& job, const TaskView& task)
 {
     bool all_there = true;
     std::size_t beside = 0;
     unsigned long long bytes_beside = 0;
-    for (const ExpectedFile& file : ExpectedFiles(job.request, task.name, task.folder)) {
+    for (const ExpectedFile& file : FilesOf(job, task)) {
         const std::string wrong = WhyItDoesNotOpen(file);
         const auto size =
             static_cast<unsigned long long>(QFileInfo(QString::fromStdString(file.path)).size());
@@ -135,7 +154,7 @@ bool TellFiles(const Job& job, const TaskView& task)
     return all_there;
 }
 
-bool TellEnd(const Job& job, const std::vector<TaskView>& tasks)
+bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::string& log_file)
 {
     bool all_well = !job.guids.empty();
     for (const std::string& guid : job.guids) {
@@ -146,7 +165,7 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks)
         std::printf("%s: %s", task->name.c_str(), StateWords(task->state).c_str());
         if (!IsSuccess(task->state)) {
             const std::string& text = task->error_text;
-            std::printf("%s%s\n", text.empty() ? "" : ": ", text.c_str());
+            std::printf(": %s\n", text.empty() ? (log_file + " tells why").c_str() : text.c_str());
             all_well = false;
             continue;
         }
@@ -156,9 +175,19 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks)
     return all_well;
 }
 
+bool PlanFiles(Job& job)
+{
+    std::vector<Violation> violations;
+    job.planned = PlanTasks(job.request, ZellClientHost::GetClientSettings().save_path, violations);
+    PrintViolations(stderr, job.source.label, violations);
+    return violations.empty();
+}
+
 bool PrepareJobs(const RunOptions& options, std::vector<Job>& jobs)
 {
     for (Job& job : jobs) {
+        if (IsFileList(job.request) && !PlanFiles(job))
+            return false;
         if (options.encipher_passwords && !EncipherPassword(job)) {
             std::fprintf(stderr, "%s: the password can't be ciphered; look at the key in the data folder\n",
                          job.source.label.c_str());
@@ -212,7 +241,7 @@ int RunRequests(const RunOptions& options, const std::vector<RequestSource>& req
     WatchUntilIdle(guids, view, trouble);
     const std::vector<TaskView> tasks = FetchyardLogical::ListTasks();
     for (const Job& job : jobs)
-        all_well = TellEnd(job, tasks) && all_well;
+        all_well = TellEnd(job, tasks, LogFile(options.host)) && all_well;
     return all_well ? kAllWell : kSomethingFailed;
 }
 

@@ -25,9 +25,22 @@ std::string ReadSites(const std::vector<std::string>& texts, HostOptions& option
     return "";
 }
 
+// "--plugin clipvault.c=/path/of/module"
+std::string ReadPlugins(const std::vector<std::string>& texts, HostOptions& options)
+{
+    for (const std::string& text : texts) {
+        const std::size_t equals = text.find('=');
+        if (equals == std::string::npos || equals == 0 || equals + 1 == text.size())
+            return "--plugin " + text + " is not ID=MODULE";
+        options.plugins[text.substr(0, equals)] = text.substr(equals + 1);
+    }
+    return "";
+}
+
 struct CommandLine
 {
     RunOptions run;
+    std::vector<std::string> plugins;
     std::vector<std::string> sites;
     std::vector<std::string> requests;
     std::string out_folder = "fetchyard-demo";
@@ -40,6 +53,7 @@ void AddHostOptions(CLI::App& app, CommandLine& line)
     app.add_option("--data", host.data_folder, "data folder of the client (default: the user's)");
     app.add_option("--station", host.station, "address of the station, as http://127.0.0.1:8080");
     app.add_option("--site", line.sites, "address of a further site, as 7=http://127.0.0.1:8081");
+    app.add_option("--plugin", line.plugins, "a plug-in's module, as clipvault.c=/path/of/module");
     app.add_option("--save", host.save_folder, "where exports go that name no folder");
     app.add_option("--user", host.user,
                    "account at the station; the password is read from FETCHYARD_PASSWORD");
@@ -59,7 +73,9 @@ int main(int argc, char** argv)
         qputenv("QT_FONT_DPI", "96");
     // Qt's own remarks, on a missing runtime folder for one, are none of the person's business.
     QLoggingCategory::setFilterRules("default.warning=false");
-    const QGuiApplication application(argc, argv);
+    // The words of the command line are the client's: Qt would take "--plugin" and others for its own.
+    int only_the_name = 1;
+    const QGuiApplication application(only_the_name, argv);
     QCoreApplication::setApplicationName("fetchyard");
 
     CommandLine line;
@@ -80,7 +96,9 @@ int main(int argc, char** argv)
     share->add_option("target", line.key_target, "file to write; another one is not replaced")->required();
     CLI11_PARSE(app, argc, argv);
 
-    const std::string wrong = ReadSites(line.sites, line.run.host);
+    std::string wrong = ReadSites(line.sites, line.run.host);
+    if (wrong.empty())
+        wrong = ReadPlugins(line.plugins, line.run.host);
     if (!wrong.empty()) {
         std::cerr << wrong << "\n";
         return kBadInput;

@@ -26,6 +26,11 @@ ClientRun::ClientRun()
     QDir(folder_.path()).mkdir("out");
 }
 
+void ClientRun::UsePlugin(const std::string& id, const std::string& module)
+{
+    plugins_ << "--plugin" << QString::fromStdString(id + "=" + module);
+}
+
 void ClientRun::SetEnvironment(const QString& name, const QString& value)
 {
     QProcessEnvironment environment = process_.processEnvironment();
@@ -41,7 +46,7 @@ void ClientRun::Start(const QStringList& words)
     all << CLIENT_PROGRAM << "--data" << folder_.filePath("data");
     if (!station_.empty())
         all << "--station" << QString::fromStdString(station_);
-    all << words;
+    all << "--save" << folder_.filePath("out") << plugins_ << words;
     output_.clear();
     process_.start(all.front(), all.mid(1));
     ASSERT_TRUE(process_.waitForStarted()) << all.front().toStdString();

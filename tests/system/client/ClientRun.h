@@ -26,6 +26,7 @@ public:
 
     // Arguments of the whole client, such as --station, for every run from now on.
     void UseStation(const std::string& address) { station_ = address; }
+    void UsePlugin(const std::string& id, const std::string& module);
     void SetEnvironment(const QString& name, const QString& value);
     void PutInFront(const QStringList& words) { in_front_ = words; }
 
@@ -52,6 +53,7 @@ private:
     QTemporaryDir folder_;
     QProcess process_;
     QStringList in_front_;
+    QStringList plugins_;
     std::string station_;
     std::string output_;
 };

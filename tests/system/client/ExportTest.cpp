@@ -176,8 +176,7 @@ TEST_F(ClientExport, ReportWithoutRowsIsStillAReport)
 
 TEST_F(ClientExport, SampleRequestOfTheDocumentsRuns)
 {
-    const auto result = client_.Run({"--save", QString::fromStdString(client_.ExportFolder()), "run",
-                                     QString(DOCS_FOLDER) + "/requests/report-export.sample.json"});
+    const auto result = client_.Run({"run", QString(DOCS_FOLDER) + "/requests/report-export.sample.json"});
     ASSERT_EQ(result.exit_code, 0) << result.output;
     EXPECT_TRUE(Exists(client_.ExportFolder() + "Alarms/Pictures/first alarm.jpg"));
 }
