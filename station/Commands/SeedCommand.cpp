@@ -4,6 +4,7 @@
 #include "station/Data/Accounts.h"
 #include "station/Data/Store.h"
 #include "station/Drawing/EventPictures.h"
+#include "station/Seeding/FileSeeder.h"
 #include "station/Seeding/SiteSeeder.h"
 
 #include <iostream>
@@ -43,6 +44,7 @@ void RemoveStation(const std::filesystem::path& data)
         std::filesystem::remove(part, error);
     }
     std::filesystem::remove_all(PictureFolder(data), error);
+    std::filesystem::remove_all(FileFolder(data), error);
 }
 
 }  // namespace
@@ -66,6 +68,7 @@ int SeedCommand(const CommandLine& line)
     std::filesystem::remove_all(DrawnPictureFolder(data), error);
     const auto database = OpenForWriting(data);
     SeedSite(*database, plan);
+    SeedFiles(*database, data);
     SetAccount(*database, kOperator, kOperatorPassword);
     std::cout << "seeded " << plan.events << " events of " << plan.cameras << " cameras in "
               << data.u8string() << "; account " << kOperator << ", password " << kOperatorPassword

@@ -56,6 +56,11 @@ std::filesystem::path PictureFolder(const std::filesystem::path& folder)
 {
     return folder / "pictures";
 }
+std::filesystem::path FileFolder(const std::filesystem::path& folder)
+{
+    return folder / "files";
+}
+
 std::filesystem::path CipherKeyFile(const std::filesystem::path& folder)
 {
     return folder / "sensitive.key";

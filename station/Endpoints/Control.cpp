@@ -13,11 +13,13 @@ namespace {
 using Json = nlohmann::ordered_json;
 constexpr char kDone[] = R"({"ErrorModule":0,"ErrorCode":0})";
 
-constexpr std::array<std::pair<std::string_view, FaultKind>, 5> kKinds = {{{"delay", FaultKind::Delay},
+constexpr std::array<std::pair<std::string_view, FaultKind>, 7> kKinds = {{{"delay", FaultKind::Delay},
                                                                            {"status", FaultKind::Status},
                                                                            {"cut", FaultKind::Cut},
                                                                            {"garbage", FaultKind::Garbage},
-                                                                           {"reset", FaultKind::Reset}}};
+                                                                           {"reset", FaultKind::Reset},
+                                                                           {"slow", FaultKind::Slow},
+                                                                           {"range", FaultKind::Range}}};
 
 bool ReadKind(const nlohmann::json& json, FaultKind& kind, std::string& reason)
 {
@@ -28,7 +30,7 @@ bool ReadKind(const nlohmann::json& json, FaultKind& kind, std::string& reason)
                 kind = value;
                 return true;
             }
-    reason = "Kind must be delay, status, cut, garbage or reset.";
+    reason = "Kind must be delay, status, cut, garbage, reset, slow or range.";
     return false;
 }
 
@@ -52,6 +54,7 @@ bool ReadFault(const nlohmann::json& json, Fault& fault, std::string& reason)
                          ReadNumber(json, "DelayMs", 0, kMost, fault.delay_ms, reason) &&
                          ReadNumber(json, "Status", 200, 599, status, reason) &&
                          ReadNumber(json, "CutAt", 0, kMost, cut_at, reason) &&
+                         ReadNumber(json, "BytesPerSecond", 0, kMost, fault.bytes_per_second, reason) &&
                          ReadNumber(json, "After", 0, kMost, fault.after, reason) &&
                          ReadNumber(json, "Count", -1, kMost, fault.count, reason);
     fault.status = static_cast<int>(status);

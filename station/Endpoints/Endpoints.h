@@ -21,6 +21,7 @@ enum StationError : int {
 std::vector<Route> ReportRoutes();
 std::vector<Route> PictureRoutes();
 std::vector<Route> CameraRoutes();
+std::vector<Route> FileRoutes();
 std::vector<Route> SyntheticRoutes();
 std::vector<Route> HealthRoutes();
 std::vector<Route> ControlRoutes();

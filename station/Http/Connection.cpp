@@ -12,6 +12,7 @@ constexpr int kReadTimeoutMs = 30000;
 constexpr int kWriteTimeoutMs = 60000;
 constexpr int kWriteGraceMs = 2000;  // for an answer under way when the station stops
 constexpr int kSliceMs = 100;
+constexpr std::int64_t kSlowPauseMs = 20;
 
 Connection*& CurrentSlot()
 {
@@ -64,6 +65,15 @@ void Connection::BeginRequest()
     is_head_sent_ = false;
     body_sent_ = 0;
     cut_at_ = UINT64_MAX;
+    slow_piece_ = 0;
+    is_lying_ = false;
+}
+
+void Connection::SlowDown(std::int64_t bytes_per_second, std::function<void(std::int64_t)> pause)
+{
+    constexpr std::int64_t kPausesPerSecond = 1000 / kSlowPauseMs;
+    slow_piece_ = static_cast<std::size_t>(std::max<std::int64_t>(bytes_per_second / kPausesPerSecond, 1));
+    pause_ = std::move(pause);
 }
 
 void Connection::EndRequest()
@@ -145,7 +155,21 @@ bool Connection::SendBody(const char* data, std::size_t size)
     if (is_counted_ && part > 0)
         counts_->BytesLeave(path_, part);
     body_sent_ += part;
-    return SendAll(data, part) && part == size;
+    const bool is_sent = slow_piece_ > 0 ? SendSlowly(data, part) : SendAll(data, part);
+    return is_sent && part == size;
+}
+
+bool Connection::SendSlowly(const char* data, std::size_t size)
+{
+    while (size > 0) {
+        const std::size_t piece = std::min(size, slow_piece_);
+        if (!SendAll(data, piece))
+            return false;
+        data += piece;
+        size -= piece;
+        pause_(kSlowPauseMs);
+    }
+    return true;
 }
 
 bool Connection::SendAll(const char* data, std::size_t size)

@@ -33,6 +33,11 @@ public:
     void SetPath(const std::string& path);
     // The body ends early, whatever its announced length.
     void CutBodyAt(std::uint64_t bytes) { cut_at_ = bytes; }
+    // The body leaves in small pieces; pause waits for so many milliseconds between them.
+    void SlowDown(std::int64_t bytes_per_second, std::function<void(std::int64_t)> pause);
+    // A part of a body is announced as another one.
+    void LieAboutRange() { is_lying_ = true; }
+    bool LiesAboutRange() const { return is_lying_; }
     // Nothing of the answer leaves; the other side sees a reset.
     void ResetInsteadOfAnswer() { is_reset_ = true; }
     // No further request is read after this one.
@@ -49,6 +54,7 @@ public:
 
 private:
     bool SendAll(const char* data, std::size_t size);
+    bool SendSlowly(const char* data, std::size_t size);
     bool SendBody(const char* data, std::size_t size);
     // The number of bytes at the start of data that belong to the head of the answer.
     std::size_t PassHead(const char* data, std::size_t size);
@@ -64,6 +70,9 @@ private:
     bool is_head_sent_ = false;
     std::uint64_t body_sent_ = 0;
     std::uint64_t cut_at_ = UINT64_MAX;
+    std::size_t slow_piece_ = 0;  // bytes that leave between two pauses; 0: no pauses
+    std::function<void(std::int64_t)> pause_;
+    bool is_lying_ = false;
     bool is_reset_ = false;
     bool is_last_ = false;
     bool is_broken_ = false;

@@ -8,7 +8,7 @@
 
 namespace Station {
 
-enum class FaultKind { Delay, Status, Cut, Garbage, Reset };
+enum class FaultKind { Delay, Status, Cut, Garbage, Reset, Slow, Range };
 
 // One way in which requests are to go wrong.
 struct Fault
@@ -18,9 +18,10 @@ struct Fault
     FaultKind kind = FaultKind::Delay;
     std::int64_t delay_ms = 0;
     int status = 500;
-    std::uint64_t cut_at = 0;  // bytes of the body that are sent before the connection closes
-    std::int64_t after = 0;    // matching requests that go well first
-    std::int64_t count = -1;   // requests that are hit, -1 for all further ones
+    std::uint64_t cut_at = 0;           // bytes of the body that are sent before the connection closes
+    std::int64_t bytes_per_second = 0;  // of a slow body; 0: as fast as it goes
+    std::int64_t after = 0;             // matching requests that go well first
+    std::int64_t count = -1;            // requests that are hit, -1 for all further ones
 };
 
 // The faults in force, in the order they were added. Any thread.

@@ -34,8 +34,8 @@ bool MatchesPath(std::string_view pattern, std::string_view path, std::string& n
 std::vector<Route> StationRoutes()
 {
     std::vector<Route> routes;
-    for (const auto& group : {ReportRoutes(), PictureRoutes(), CameraRoutes(), SyntheticRoutes(),
-                              HealthRoutes(), ControlRoutes()})
+    for (const auto& group : {ReportRoutes(), PictureRoutes(), CameraRoutes(), FileRoutes(),
+                              SyntheticRoutes(), HealthRoutes(), ControlRoutes()})
         routes.insert(routes.end(), group.begin(), group.end());
     return routes;
 }

@@ -98,6 +98,12 @@ void AnswerException(httplib::Response& response, const std::exception_ptr& erro
     AnswerError(response, 500, StationStoreFailed, text);
 }
 
+// The HTTP library does not look at the size of what it cuts ranges from; the endpoints do that.
+void TakeRangeFromLibrary(httplib::Request& request)
+{
+    request.ranges.clear();
+}
+
 }  // namespace
 
 Server::Server(Services& services) : services_(services), routes_(StationRoutes())
@@ -186,7 +192,8 @@ bool Server::process_and_close_socket(socket_t socket)
         --left;
         bool is_closed = false;
         connection.BeginRequest();
-        const bool is_good = process_request(connection, left == 0 || is_stopping_, is_closed, nullptr);
+        const bool is_good =
+            process_request(connection, left == 0 || is_stopping_, is_closed, TakeRangeFromLibrary);
         connection.EndRequest();
         if (!is_good || is_closed || connection.IsBroken())
             break;
@@ -216,6 +223,13 @@ bool Server::Suffer(const std::string& path, httplib::Response& response)
             return true;
         case FaultKind::Cut:
             Connection::Current()->CutBodyAt(verdict.fault.cut_at);
+            return false;
+        case FaultKind::Slow:
+            Connection::Current()->SlowDown(verdict.fault.bytes_per_second,
+                                            [this](std::int64_t ms) { services_.faults.WaitOut(ms); });
+            return false;
+        case FaultKind::Range:
+            Connection::Current()->LieAboutRange();
             return false;
         case FaultKind::Delay:
             break;

@@ -71,7 +71,7 @@ std::string FillIn(std::string path, const json& operation)
         const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
         if (parameter["in"] == "path")
             path.replace(path.find("{" + name + "}"), name.size() + 2, text);
-        else
+        else if (parameter["in"] == "query")
             query += (query.empty() ? "?" : "&") + name + (text.empty() ? "" : "=" + text);
     }
     return path + query;
