@@ -30,6 +30,8 @@ struct CDownloadResultParam
 // The url is an absolute http or https one, or a path on the client's own site; it is fetched as it stands. A
 // site path that begins with "/storage/" gets the kind and the place as query parameters: kind=file&place=1,
 // kind=picture&place=1, or kind=platform_picture alone. A fetch may take as long as bytes keep coming.
+// A body that is cut is asked for again from where it broke, if the server gave it an ETag, up to nine times;
+// a part that the server announces as another one ends the fetch with (23, 1).
 class ZELLTASKKIT_API CFileDownloader
 {
 public:

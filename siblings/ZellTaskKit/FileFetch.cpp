@@ -7,6 +7,7 @@
 #include "ZellTaskKit/ClientServices.h"
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <limits>
 #include <mutex>
@@ -22,6 +23,9 @@ namespace FileSystem = Zell::Base::FileSystem;
 
 constexpr ErrorCode kWrongInput(2, 20, 3);
 constexpr ErrorCode kUnknownSite(2, ZellNetLink::kModuleAnswer, ZellNetLink::SiteUnknown);
+constexpr int kMaxRequests = 10;
+// libcurl's codes: a body that ends early, a transfer that stands still, a connection that breaks.
+constexpr std::array<int, 3> kCutCodes = {18, 28, 56};
 constexpr long long kStaleSeconds = 24LL * 3600;
 
 ErrorCode SystemError()
@@ -74,6 +78,8 @@ public:
             FileSystem::DeleteFileW(path_.c_str());
     }
 
+    std::int64_t Size() const { return size_; }
+
     bool Open()
     {
         const std::string folder = CFrameSystemConfigMgr::Instance().GetClientDataPath() + "Downloads/";
@@ -90,8 +96,21 @@ public:
         return true;
     }
 
+    // What was written is forgotten.
+    bool StartOver()
+    {
+        FileSystem::CloseFile(handle_);
+        size_ = 0;
+        handle_ =
+            FileSystem::OpenFile(path_.c_str(), FileSystem::kOpenTruncate, FileSystem::kAttributesPlain);
+        if (handle_ == FileSystem::NoFile())
+            handle_ = nullptr;
+        return handle_ != nullptr;
+    }
+
     bool Write(const char* data, std::size_t size)
     {
+        size_ += static_cast<std::int64_t>(size);
         constexpr std::size_t kMaxPiece = std::numeric_limits<unsigned int>::max();
         while (size > 0) {
             const std::size_t piece = std::min(size, kMaxPiece);
@@ -118,19 +137,42 @@ public:
 
 private:
     void* handle_ = nullptr;
+    std::int64_t size_ = 0;  // bytes
     std::string path_;
 };
 
-// The last error of a transfer whose file could not be written is that of the file.
-ErrorCode Transfer(const std::string& url, TemporaryFile& file)
+// A version of a body that a part can be asked of: weak tags tell nothing about bytes.
+std::string StrongTag(const ZellNetLink::HttpResponse& response)
+{
+    const auto tag = response.headers.find("etag");
+    return tag != response.headers.end() && tag->second.rfind('"', 0) == 0 ? tag->second : std::string();
+}
+
+// The connection broke in the middle of a body, after what is on disk.
+bool IsCut(const ErrorCode& error)
+{
+    return error.iFirstCode == ZellNetLink::kModuleTransport &&
+           std::find(kCutCodes.begin(), kCutCodes.end(), error.iSecondCode) != kCutCodes.end();
+}
+
+// One request: the whole body, or what is missing of the version that the tag names. A server that has
+// another version by now, or knows no parts, sends the whole, and the file starts over. The error of a
+// transfer whose file could not be written is that of the file.
+ErrorCode TransferOnce(const std::string& url, TemporaryFile& file, std::string& tag)
 {
     ErrorCode write_error;
     ZellNetLink::HttpRequest request;
     request.url = url;
+    request.range_from = file.Size();
+    if (request.range_from > 0)
+        request.headers.push_back("If-Range: " + tag);
     request.timeout_ms = 0;  // a file may be of any size; a transfer that stands still ends all the same
     request.max_body = std::numeric_limits<std::size_t>::max();
-    request.sink = [&file, &write_error](std::int64_t /*start*/, const char* data, std::size_t size) {
-        if (file.Write(data, size))
+    bool is_begun = false;
+    request.sink = [&](std::int64_t start, const char* data, std::size_t size) {
+        const bool is_another = !is_begun && start != file.Size();
+        is_begun = true;
+        if ((!is_another || file.StartOver()) && file.Write(data, size))
             return true;
         write_error = SystemError();
         return false;
@@ -138,7 +180,22 @@ ErrorCode Transfer(const std::string& url, TemporaryFile& file)
     AddAccount(request);
     const ZellNetLink::HttpResponse response =
         ZellNetLink::HttpClient::Instance().Perform(std::move(request));
+    tag = StrongTag(response);
     return IsError(write_error) ? write_error : response.error;
+}
+
+// A body that is cut is asked for again from where it broke, as long as each request brings something.
+ErrorCode Transfer(const std::string& url, TemporaryFile& file)
+{
+    std::string tag;
+    ErrorCode error;
+    for (int requests = 0; requests < kMaxRequests; ++requests) {
+        const std::int64_t before = file.Size();
+        error = TransferOnce(url, file, tag);
+        if (!IsCut(error) || tag.empty() || file.Size() <= before)
+            break;
+    }
+    return error;
 }
 
 // Before anything is fetched: a file that could not be put in its place is not worth the way.

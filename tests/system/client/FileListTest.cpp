@@ -47,6 +47,7 @@ protected:
     }
 };
 
+constexpr char kFirmware[] = "/files/firmware-2.4.1.bin";
 constexpr char kCameras[] = "/api/v1/cameras";
 
 }  // namespace
@@ -183,6 +184,80 @@ TEST_F(ClientFileList, PictureThatIsNoneIsNotTakenForOne)
 {
     const auto result = client_.RunRequests({List({File(0, "a.jpg", kCameras)})});
     EXPECT_EQ(result.exit_code, 1) << result.output;
+}
+
+TEST_F(ClientFileList, ObjectsOfEveryStoreArrive)
+{
+    json log = File(3, "log", "/storage/camera-1.log");
+    log["ShortVideoParam"] = {{"DownloadType", 1}, {"StoragePlace", 0}};
+    json picture = File(3, "picture.jpg", "/storage/event-5.jpg");
+    picture["ShortVideoParam"] = {{"DownloadType", 0}, {"StoragePlace", 1}};
+    json platform_picture = File(3, "platform.jpg", "/storage/event-5.jpg");
+    platform_picture["ShortVideoParam"] = {{"DownloadType", 2}};
+    const auto result = client_.RunRequests(
+        {List({File(3, "clip.mjpeg", "/storage/clip-5.mjpeg"), log, picture, platform_picture})});
+    EXPECT_EQ(result.exit_code, 0) << result.output;
+    EXPECT_NE(Content(Path("log")).find(", level "), std::string::npos);
+    EXPECT_EQ(Content(Path("picture.jpg")), Content(Path("platform.jpg")));
+    EXPECT_EQ(Content(Path("clip.mjpeg")).substr(0, 3), "\xFF\xD8\xFF");
+}
+
+TEST_F(ClientFileList, ObjectOfAnotherPlaceIsNotThere)
+{
+    json clip = File(3, "clip.mjpeg", "/storage/clip-5.mjpeg");
+    clip["ShortVideoParam"] = {{"StoragePlace", 0}};
+    EXPECT_EQ(client_.RunRequests({List({clip})}).exit_code, 1);
+    EXPECT_FALSE(Exists(Path("clip.mjpeg")));
+}
+
+TEST_F(ClientFileList, CutClipGoesOnWhereItBroke)
+{
+    SetFault({{"Path", kFirmware}, {"Kind", "cut"}, {"CutAt", 1000000}, {"Count", 2}});
+    const auto result = client_.RunRequests({List({File(3, "firmware.bin", kFirmware)})});
+    EXPECT_EQ(result.exit_code, 0) << result.output;
+    EXPECT_TRUE(Content(Path("firmware.bin")) == Content(station_.DataFolder() + kFirmware));
+    EXPECT_EQ(station_.RequestCount(kFirmware), 3);
+    EXPECT_EQ(station_.Requests()["Paths"][kFirmware]["Bytes"], 3 << 20);
+}
+
+TEST_F(ClientFileList, ClipWhosePartsLieLeavesNoFile)
+{
+    SetFault({{"Path", kFirmware}, {"Kind", "cut"}, {"CutAt", 1000000}, {"Count", 1}});
+    SetFault({{"Path", kFirmware}, {"Kind", "range"}, {"Count", -1}});
+    const auto result = client_.RunRequests({List({File(3, "firmware.bin", kFirmware)})});
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_EQ(FilesBelow(client_.ExportFolder()), std::vector<std::string>{});
+    EXPECT_EQ(FilesBelow(client_.Path("data/Downloads")), std::vector<std::string>{});
+}
+
+TEST_F(ClientFileList, CutServerFileLeavesNoFileAndSaysWhy)
+{
+    SetFault({{"Path", kFirmware}, {"Kind", "cut"}, {"CutAt", 1000000}, {"Count", 1}});
+    const auto result = client_.RunRequests({List({File(1, "firmware.bin", kFirmware)})});
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    ExpectWords(result, "firmware.bin: failed: ");
+    EXPECT_FALSE(Exists(Path("firmware.bin")));
+    EXPECT_EQ(client_.RunRequests({List({File(1, "firmware.bin", kFirmware)})}).exit_code, 0);
+    EXPECT_TRUE(Content(Path("firmware.bin")) == Content(station_.DataFolder() + kFirmware));
+}
+
+TEST_F(ClientFileList, SlowFilesArriveWhole)
+{
+    SetFault({{"Path", "/synthetic/files/"}, {"Kind", "slow"}, {"BytesPerSecond", 100000}});
+    const auto result = client_.RunRequests({List(
+        {File(1, "a.bin", "/synthetic/files/20000.bin"), File(3, "b.bin", "/synthetic/files/20000.bin")})});
+    EXPECT_EQ(result.exit_code, 0) << result.output;
+    EXPECT_EQ(Content(Path("a.bin")).size(), 20000u);
+    EXPECT_EQ(Content(Path("a.bin")), Content(Path("b.bin")));
+}
+
+TEST_F(ClientFileList, ServerFilesBehindTheOneThatFailsAreNotFetched)
+{
+    const auto result = client_.RunRequests(
+        {List({File(1, "a", kCameras), File(1, "b", "/files/none"), File(1, "c", kCameras)})});
+    EXPECT_EQ(result.exit_code, 1) << result.output;
+    EXPECT_EQ(FilesBelow(client_.ExportFolder()), std::vector<std::string>{"list/a"});
+    EXPECT_EQ(station_.RequestCount(kCameras), 1);
 }
 
 TEST_F(ClientFileList, EachDepartureFromASchemaIsToldWithItsPath)

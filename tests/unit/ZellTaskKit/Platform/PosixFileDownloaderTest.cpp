@@ -127,6 +127,99 @@ TEST_F(FileDownloader, AFailedFetchLeavesNoFile)
     EXPECT_TRUE(fs::is_empty(folder_.Path() / "out"));
 }
 
+// A server whose body of ten letters breaks off after some, and which then goes on as a test wants.
+class CutServer
+{
+public:
+    CutServer(std::string tag, std::string second_answer)
+        : server_([this, tag = std::move(tag), second_answer = std::move(second_answer)](const TestRequest&) {
+              if (++requests_ > 1)
+                  return TestReply{second_answer, true};
+              return TestReply{"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n" + tag + "\r\nabcd", true};
+          })
+    {
+    }
+
+    std::string Url() const { return server_.Url("/x"); }
+    std::vector<TestRequest> Requests() { return server_.Requests(); }
+
+private:
+    std::atomic<int> requests_{0};
+    HttpTestServer server_;
+};
+
+constexpr char kTag[] = "ETag: \"v1\"\r\n";
+
+std::string Part(const std::string& range, const std::string& body)
+{
+    return "HTTP/1.1 206 Partial Content\r\nContent-Range: bytes " + range +
+           "\r\nContent-Length: " + std::to_string(body.size()) + "\r\nETag: \"v1\"\r\n\r\n" + body;
+}
+
+TEST_F(FileDownloader, ACutBodyGoesOnWhereItBroke)
+{
+    CutServer server(kTag, Part("4-9/10", "efghij"));
+    ASSERT_TRUE(Fetch(server.Url()));
+    EXPECT_EQ(ReadAll(Target()), "abcdefghij");
+    ASSERT_EQ(server.Requests().size(), 2u);
+    EXPECT_EQ(server.Requests()[0].headers.count("range"), 0u);
+    EXPECT_EQ(server.Requests()[1].headers["range"], "bytes=4-");
+    EXPECT_EQ(server.Requests()[1].headers["if-range"], "\"v1\"");
+}
+
+TEST_F(FileDownloader, AnotherVersionStartsTheFileOver)
+{
+    CutServer server(kTag, Answer(200, "new").bytes);
+    ASSERT_TRUE(Fetch(server.Url()));
+    EXPECT_EQ(ReadAll(Target()), "new");
+}
+
+TEST_F(FileDownloader, APartThatIsAnotherThanTheOneAskedForEndsTheFetch)
+{
+    CutServer server(kTag, Part("5-9/10", "fghij"));
+    EXPECT_FALSE(Fetch(server.Url()));
+    ExpectLastError(23, 1);
+    EXPECT_FALSE(fs::exists(Target()));
+    EXPECT_EQ(Leftovers(), 0);
+}
+
+TEST_F(FileDownloader, ACutBodyWithoutAVersionIsNotAskedForAgain)
+{
+    for (const char* tag : {"", "ETag: W/\"v1\"\r\n"}) {
+        CutServer server(tag, Part("4-9/10", "efghij"));
+        EXPECT_FALSE(Fetch(server.Url()));
+        ExpectLastError(22, 18);
+        EXPECT_EQ(server.Requests().size(), 1u);
+    }
+}
+
+TEST_F(FileDownloader, ARequestThatBringsNothingIsTheLast)
+{
+    CutServer server(kTag,
+                     "HTTP/1.1 206 Partial Content\r\nContent-Range: bytes 4-9/10\r\nContent-Length: 6\r\n"
+                     "ETag: \"v1\"\r\n\r\n");
+    EXPECT_FALSE(Fetch(server.Url()));
+    ExpectLastError(22, 18);
+    EXPECT_EQ(server.Requests().size(), 2u);
+}
+
+TEST_F(FileDownloader, ABodyThatIsCutAgainAndAgainIsGivenUp)
+{
+    std::atomic<int> requests{0};
+    HttpTestServer server([&requests](const TestRequest&) {
+        const std::string first = std::to_string(requests++);
+        return TestReply{
+            (first == "0" ? "HTTP/1.1 200 OK\r\n"
+                          : "HTTP/1.1 206 Partial Content\r\nContent-Range: bytes " + first + "-99/100\r\n") +
+                "Content-Length: " + std::to_string(100 - std::stoi(first)) + "\r\nETag: \"v1\"\r\n\r\nx",
+            true};
+    });
+    EXPECT_FALSE(Fetch(server.Url("/x")));
+    ExpectLastError(22, 18);
+    EXPECT_EQ(server.Requests().size(), 10u);
+    EXPECT_FALSE(fs::exists(Target()));
+}
+
 TEST_F(FileDownloader, AMissingFolderIsToldBeforeAnythingIsFetched)
 {
     EXPECT_FALSE(downloader_.DownloadFile("/a", folder_.File("none/a"), {}, nullptr, 0));
