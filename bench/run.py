@@ -15,6 +15,8 @@ import urllib.request
 
 ROWS = 1_000_000
 PICTURES = 2_000
+FILE_BYTES = 1 << 30
+SMALL_FILES = 5_000
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
 
 
@@ -39,6 +41,18 @@ def run_once(command, **options):
         sys.exit(f"{command[0]} ended with {process.returncode}: {lines[-5:]}")
     numbers = [line for line in lines if line.replace(".", "", 1).isdigit()]
     return float(numbers[-1]), usage.ru_maxrss / 1024
+
+
+def timed(command):
+    """The command as a whole program, from its start to its end."""
+    return ["bash", "-c", 'TIMEFORMAT=%R; { time "$@" >/dev/null; } 2>&1', "bash", *command]
+
+
+def empty(folder):
+    """Puts aside what is in the folder: ext4 makes files slowly for some seconds after many were deleted."""
+    if folder.exists():
+        folder.rename(folder.with_name(f"{folder.name}-{len(list(folder.parent.iterdir()))}"))
+    folder.mkdir()
 
 
 class Bench:
@@ -98,8 +112,7 @@ class Bench:
         path.write_text(json.dumps(request))
         command = [self.bin / "fetchyard", "--data", folder / "data", "--station", url, "run", path]
         # Without what an earlier run has left in the cache of pictures.
-        return measure(["bash", "-c", 'TIMEFORMAT=%R; { time "$@" >/dev/null; } 2>&1', "bash", *command],
-                       prepare=lambda: shutil.rmtree(folder / "data", ignore_errors=True))
+        return measure(timed(command), prepare=lambda: shutil.rmtree(folder / "data", ignore_errors=True))
 
     def csv_station(self):
         condition = {"PageIndex": 1, "PageSize": 1000, "Rows": ROWS, "Columns": 10, "Pictures": 0}
@@ -127,6 +140,27 @@ class Bench:
                 self.add(f"pictures-{delay}ms", "pictures/s", PICTURES, ours, peer,
                          "Python script, one connection", memory)
 
+    def file(self):
+        with self.folder() as folder:
+            self.seed(folder)
+            with self.station(folder) as url:
+                source = f"{url}/synthetic/files/{FILE_BYTES}.bin"
+                ours, memory = measure(timed([self.bin / "bench_download", "file", source, folder / "ours"]),
+                                       prepare=lambda: (folder / "ours").unlink(missing_ok=True))
+                peer, _ = measure(timed(["curl", "--silent", "--fail", "--output", folder / "peer", source]),
+                                  prepare=lambda: (folder / "peer").unlink(missing_ok=True))
+                self.add("file-1gib", "MB/s", FILE_BYTES / 1e6, ours, peer, "the curl command", memory)
+
+    def small_files(self):
+        with self.folder() as folder:
+            self.seed(folder)
+            with self.station(folder) as url:
+                ours, memory = measure([self.bin / "bench_download", "files", url, folder / "ours", SMALL_FILES],
+                                       prepare=lambda: empty(folder / "ours"))
+                peer, _ = measure([self.bin / "bench_peer_files", url, folder / "peer", SMALL_FILES],
+                                  prepare=lambda: empty(folder / "peer"))
+                self.add("files-small", "files/s", SMALL_FILES, ours, peer, "loop over one libcurl handle", memory)
+
     def pictures_fast(self):
         self.pictures(0)
 
@@ -135,7 +169,8 @@ class Bench:
 
 
 BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "csv-station": Bench.csv_station,
-           "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow}
+           "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
+           "files-small": Bench.small_files}
 
 
 def print_row(row):

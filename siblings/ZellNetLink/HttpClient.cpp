@@ -1,11 +1,8 @@
 #include "ZellNetLinkHost/HttpClient.h"
 
+#include "HttpLanes.h"
 #include "HttpWorker.h"
-#include "ZellBaseHost/ProcessExit.h"
 
-#include <condition_variable>
-#include <memory>
-#include <mutex>
 #include <utility>
 
 namespace ZellNetLink {
@@ -13,27 +10,12 @@ namespace {
 
 using Zell::Base::Error::ErrorCode;
 
-// Where a calling thread waits for its answer.
-struct Waiter
-{
-    std::mutex mutex;
-    std::condition_variable arrived;
-    bool is_there = false;
-    HttpResponse response;
-};
-
-void WaitFor(Waiter& waiter)
-{
-    const Zell::Base::details::CBlockedMark blocked;
-    std::unique_lock<std::mutex> lock(waiter.mutex);
-    waiter.arrived.wait(lock, [&waiter] { return waiter.is_there; });
-}
-
 }  // namespace
 
 struct HttpClient::Core
 {
     HttpWorker worker;
+    HttpLanes lanes;
 };
 
 HttpClient& HttpClient::Instance()
@@ -46,22 +28,17 @@ HttpClient::HttpClient() : core_(new Core) {}
 
 HttpResponse HttpClient::Perform(HttpRequest request)
 {
-    // The client's own thread would wait for itself.
+    // The client's own thread moves the others' transfers.
     if (core_->worker.IsOwnThread()) {
         HttpResponse refused;
         refused.error = ErrorCode(2, kModuleAnswer, NotStarted);
         return refused;
     }
-    const auto waiter = std::make_shared<Waiter>();
-    const auto deliver = [waiter](HttpResponse&& response) {
-        const std::lock_guard<std::mutex> lock(waiter->mutex);
-        waiter->response = std::move(response);
-        waiter->is_there = true;
-        waiter->arrived.notify_one();
-    };
-    core_->worker.Submit(std::move(request), deliver, true);
-    WaitFor(*waiter);
-    return std::move(waiter->response);
+    HttpResponse response;
+    HttpTransfer transfer(
+        0, std::move(request), [&response](HttpResponse&& answer) { response = std::move(answer); }, true);
+    core_->lanes.Run(transfer);
+    return response;
 }
 
 std::uint64_t HttpClient::Start(HttpRequest request, Done done)

@@ -115,6 +115,18 @@ TEST(HttpClient, ConnectionsAreKept)
     EXPECT_EQ(server.Connections(), 1);
 }
 
+TEST(HttpClient, ConnectionsOfSeveralServersAreKept)
+{
+    HttpTestServer one(Echo);
+    HttpTestServer other(Echo);
+    for (int i = 0; i < 5; ++i) {
+        ExpectError(Get(one.Url("/")), 0, 0);
+        ExpectError(Get(other.Url("/")), 0, 0);
+    }
+    EXPECT_EQ(one.Connections(), 1);
+    EXPECT_EQ(other.Connections(), 1);
+}
+
 TEST(HttpClient, BlanksAndForeignLettersOfAUrlAreEncoded)
 {
     HttpTestServer server(Echo);

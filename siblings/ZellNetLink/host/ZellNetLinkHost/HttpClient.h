@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-// HTTP for the siblings: one thread and one connection pool for all calls. HTTP/1.1 with kept connections; at
-// most 5 redirects, to http and https only, which take the account to no other host; certificates are
-// checked; bodies arrive as they are sent, never compressed. The environment's proxy is used except for this
-// machine.
+// HTTP for the siblings: transfers that somebody waits for move on the thread that waits, all others on one
+// thread; each side keeps its connections for the next. HTTP/1.1 with kept connections; at most 5 redirects,
+// to http and https only, which take the account to no other host; certificates are checked; bodies arrive as
+// they are sent, never compressed. The environment's proxy is used except for this machine.
 namespace ZellNetLink {
 
 // Modules of the error codes that a transfer can end with.
@@ -45,9 +45,9 @@ struct HttpRequest
     std::int64_t range_from = 0;         // above 0: asks for the bytes from there on
     // Of Start: somebody waits for the answer, so it does not take turns with the others of that server.
     bool urgent = false;
-    // Where the body goes, if not to HttpResponse::body: called on the client's thread, piece by piece, only
-    // for a status of 200 to 299; false ends the transfer. start is the offset of the first byte: 0, or
-    // range_from if the server's Content-Range confirms it.
+    // Where the body goes, if not to HttpResponse::body: called on the thread that moves the transfer, piece
+    // by piece, only for a status of 200 to 299; false ends the transfer. start is the offset of the first
+    // byte: 0, or range_from if the server's Content-Range confirms it.
     std::function<bool(std::int64_t start, const char* data, std::size_t size)> sink;
 };
 
