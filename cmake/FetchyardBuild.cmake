@@ -14,6 +14,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
+option(FETCHYARD_FUZZ "make libFuzzer programs of the fuzz targets; wants Clang" OFF)
 set(FETCHYARD_SANITIZER "" CACHE STRING "address (with undefined), thread, or empty")
 
 # Paths in the commands count from the tree, so that clones share what was compiled; precompiled headers need the
@@ -33,6 +34,8 @@ else()
     target_compile_options(fetchyard_options INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wformat=2
         -Wnull-dereference -Werror "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+    # A function that hands its own format on is told by its attribute; Clang asks it of local ones too.
+    target_compile_options(fetchyard_options INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-format-nonliteral>)
     # Inlining makes this one report paths inside the standard library that cannot be reached.
     target_compile_options(fetchyard_options INTERFACE $<$<CONFIG:Release>:-Wno-null-dereference>)
     target_link_options(fetchyard_options INTERFACE $<$<PLATFORM_ID:Linux>:-Wl,--no-undefined>)
@@ -41,6 +44,9 @@ if(FETCHYARD_SANITIZER STREQUAL "address")
     set(fetchyard_sanitizer_flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(FETCHYARD_SANITIZER STREQUAL "thread")
     set(fetchyard_sanitizer_flags -fsanitize=thread -fno-omit-frame-pointer)
+endif()
+if(FETCHYARD_FUZZ)
+    list(APPEND fetchyard_sanitizer_flags -fsanitize=fuzzer-no-link "-fsanitize-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/others.txt")
 endif()
 if(fetchyard_sanitizer_flags)
     # A sanitized library leaves its runtime to the program, so it has undefined symbols of its own.
