@@ -17,7 +17,7 @@ namespace ZellNetLink {
 // missing. A list grows to the index, with null entries between, by 65,536 at most. What is there in the way
 // and of the wrong kind is never replaced: the call returns false (or null) and changes nothing, while the
 // value at the end of the path is replaced, whatever it was. Nothing is made deeper than 512 objects and
-// lists. Texts that are not UTF-8 are repaired with U+FFFD.
+// lists. Texts and names that are not UTF-8 are repaired with U+FFFD.
 class ZELLNETLINK_API CRapidJsonProto : public IProto
 {
 public:

@@ -1,5 +1,7 @@
 #include "RecordPath.h"
 
+#include "Utf8Text.h"
+
 #include <charconv>
 #include <cstdint>
 
@@ -23,7 +25,7 @@ std::optional<std::size_t> NumberOf(std::string_view digits)
 PathStep NameStep(std::string_view name)
 {
     PathStep step;
-    step.name = name;
+    step.name = Utf8Repaired(name);
     if (IsDigits(name))
         step.bare_number = NumberOf(name);
     return step;

@@ -23,7 +23,7 @@ using RecordPath = std::vector<PathStep>;
 
 // "/Name[2]/Other" as steps Name, index 1, Other. Empty names are passed over, so a leading, a final or a
 // doubled "/" changes nothing. Square brackets that do not hold a number are part of the name. Nothing for an
-// index of 0 or one beyond 32 bits: there is no such node.
+// index of 0 or one beyond 32 bits: there is no such node. Names that are not UTF-8 are repaired.
 std::optional<RecordPath> ParseRecordPath(std::string_view path);
 
 }  // namespace ZellNetLink

@@ -189,6 +189,52 @@ TEST_F(FileExportTaskTest, FolderThatCannotBeMadeIsFoundBehindTheFetch)
     EXPECT_EQ(fakes::CountOf("ClientSynSend"), 1);
 }
 
+TEST_F(FileExportTaskTest, FileThatCannotBeOpenedDropsTheRest)
+{
+    fakes::FailCalls("OpenFile", 2, 1);
+    CFileExportTask task;
+    const std::string trace = Run(task, Files({"/one", "/two", "/three"}));
+    EXPECT_NE(trace.find("log5 Open file[<tmp>/f2] failed.\nSetLastError (0,13)\nstate 5 (0,13)\n"),
+              std::string::npos)
+        << trace;
+    EXPECT_EQ(fakes::CountOf("ClientSynSend"), 2);
+    EXPECT_EQ(Content("f1"), "body of /one");
+}
+
+TEST_F(FileExportTaskTest, WriteThatFailsClosesTheFileAndSetsNoError)
+{
+    fakes::FailCalls("WriteFile", 1, 1);
+    CFileExportTask task;
+    const std::string trace = Run(task, Files({"/one", "/two"}));
+    EXPECT_NE(trace.find("WriteFile 12 -> fails\nCloseFile\n"
+                         "log5 Write data to file failed. file name: <tmp>/f1, receive data: body of /one.\n"
+                         "state 5 (0,0)\n"),
+              std::string::npos)
+        << trace;
+    EXPECT_EQ(fakes::CountOf("ClientSynSend"), 1);
+}
+
+TEST_F(FileExportTaskTest, EmptyBodyLeavesAnEmptyFile)
+{
+    CFileExportTask task;
+    const std::string trace = Run(task, Files({"/nothing"}));
+    EXPECT_NE(trace.find("state 4 (0,0)"), std::string::npos) << trace;
+    EXPECT_TRUE(Exists("f1"));
+    EXPECT_EQ(Content("f1"), "");
+}
+
+TEST_F(FileExportTaskTest, StopBehindAFileEndsInState6AndKeepsIt)
+{
+    CFileExportTask task;
+    fakes::OnCall("WriteFile", 1, [&task] { task.Stop(); });
+    const std::string trace = Run(task, Files({"/one", "/two"}));
+    EXPECT_NE(trace.find("state 6 (0,0)\nlog4 Task has already been stopped. file name: files.\n"),
+              std::string::npos)
+        << trace;
+    EXPECT_EQ(Content("f1"), "body of /one");
+    EXPECT_EQ(fakes::CountOf("ClientSynSend"), 1);
+}
+
 TEST_F(FileExportTaskTest, RecordOfAnotherClassFails)
 {
     CFileExportTask task;
@@ -210,6 +256,16 @@ TEST_F(FileExportTaskTest, InlineRunReportsNothingAndKeepsItsResult)
     EXPECT_TRUE(task.GetExecResult());
     fakes::FailCalls("ClientSynSend", 4, 1);
     Run(task, Files({"/four"}));
+    EXPECT_FALSE(task.GetExecResult());
+}
+
+TEST_F(FileExportTaskTest, InlineRunThatIsStoppedHasFailed)
+{
+    CFileExportTask task;
+    task.SetNotifyState(false);
+    fakes::OnCall("WriteFile", 1, [&task] { task.Stop(); });
+    const std::string trace = Run(task, Files({"/one", "/two"}));
+    EXPECT_EQ(trace.find("state"), std::string::npos) << trace;
     EXPECT_FALSE(task.GetExecResult());
 }
 

@@ -79,6 +79,14 @@ TEST_F(SingleFileRequestsTest, MixedRequestKeepsTheFirstKindOnly)
     EXPECT_TRUE(FirstTaskIs<CImageDownloadTask>());
 }
 
+TEST_F(SingleFileRequestsTest, TwoEntriesOfOneKindMakeOneTask)
+{
+    EXPECT_TRUE(Add(Texts{Request(Picture() + "," + Picture())}));
+    EXPECT_EQ(fakes::TheScript().handed_over.size(), 1u);
+    EXPECT_EQ(Guids().size(), 1u);
+    EXPECT_TRUE(FirstTaskIs<CImageDownloadTask>());
+}
+
 TEST_F(SingleFileRequestsTest, TaskOfATextHasTheBasePartOnlyAndFails)
 {
     ASSERT_TRUE(Add(Texts{Request(Picture())}));

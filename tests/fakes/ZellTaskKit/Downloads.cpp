@@ -33,7 +33,7 @@ bool CFileDownloader::DownloadFileByPicInOXT(const std::string& url, const std::
     return fakes::Call("DownloadFileByPicInOXT", url + " " + save_path + (callback ? " callback" : ""));
 }
 
-// The body is "body of" and the address; a call that fails gives (21,500).
+// The body is "body of" and the address, and of "/nothing" empty; a call that fails gives (21,500).
 bool CNetCommManager::ClientSynSend(std::shared_ptr<ZellNetLink::CClientRecvInfo>& recv,
                                     std::shared_ptr<ZellNetLink::CClientSendContentTypeInfo> send,
                                     unsigned int site)
@@ -48,7 +48,7 @@ bool CNetCommManager::ClientSynSend(std::shared_ptr<ZellNetLink::CClientRecvInfo
         recv->SetVal_Error_code(Zell::Base::Error::ErrorCode(21, 500));
         return false;
     }
-    recv->SetVal_Receive_Data("body of " + send->GetVal_URL());
+    recv->SetVal_Receive_Data(send->GetVal_URL() == "/nothing" ? "" : "body of " + send->GetVal_URL());
     return true;
 }
 

@@ -125,6 +125,28 @@ TEST(JsonWrite, TextsThatAreNotUtf8AreRepaired)
     EXPECT_TRUE(other.set_str(json.get_str(0)));
 }
 
+TEST(JsonWrite, NamesThatAreNotUtf8AreRepaired)
+{
+    CRapidJsonProto json;
+    EXPECT_TRUE(
+        json.set_v("\xAF"
+                   "a/b",
+                   1));
+    EXPECT_EQ(json.get_str(0),
+              "{\"\xEF\xBF\xBD"
+              "a\":{\"b\":1}}");
+    EXPECT_EQ(json.get_int_v("\xAF"
+                             "a/b",
+                             0),
+              1);
+    EXPECT_TRUE(
+        json.add_v("\xAF"
+                   "a",
+                   "\xFF", 2));
+    CRapidJsonProto other;
+    EXPECT_TRUE(other.set_str(json.get_str(0)));
+}
+
 TEST(JsonWrite, NothingIsMadeBelowTheDepthLimit)
 {
     CRapidJsonProto json;
