@@ -22,6 +22,15 @@ std::string NameOf(const char* const (&names)[N], int number)
     return names[number];
 }
 
+std::shared_ptr<ZellPictureLoader::CImgUrlKey> PictureKeyOf(const ExportDataNode& excel_data,
+                                                            const ExportCell& cell)
+{
+    const unsigned int work_station = cell.work_station_id == ExportCell::kPageWorkStation
+                                          ? excel_data.work_station_id
+                                          : cell.work_station_id;
+    return MakePictureKey(cell.cell_name, work_station);
+}
+
 }  // namespace
 
 CExportReportDataToFileObject::CExportReportDataToFileObject() = default;
@@ -143,10 +152,18 @@ bool CExportReportDataToFileObject::FetchPictureCell(const ExportDataNode& excel
                                                      const std::string& target,
                                                      Zell::Base::Error::ErrorCode& error)
 {
-    const unsigned int work_station = cell.work_station_id == ExportCell::kPageWorkStation
-                                          ? excel_data.work_station_id
-                                          : cell.work_station_id;
-    if (FetchPictureToFile(image_loader_, MakePictureKey(cell.cell_name, work_station), target, error))
+    if (FetchPictureToFile(image_loader_, PictureKeyOf(excel_data, cell), target, error))
+        return true;
+    LogError("SyncLoadImage  sync download image failed. first error code: %d, second error code: %d.",
+             error.iFirstCode, error.iSecondCode);
+    return false;
+}
+
+bool CExportReportDataToFileObject::FetchPictureCellToMemory(const ExportDataNode& excel_data,
+                                                             const ExportCell& cell, std::string& data,
+                                                             Zell::Base::Error::ErrorCode& error)
+{
+    if (FetchPictureToMemory(image_loader_, PictureKeyOf(excel_data, cell), data, error))
         return true;
     LogError("SyncLoadImage  sync download image failed. first error code: %d, second error code: %d.",
              error.iFirstCode, error.iSecondCode);

@@ -78,6 +78,9 @@ protected:
     // Fetches the picture of a cell, which has an address, into the target file. On false, error says why.
     bool FetchPictureCell(const ExportDataNode& excel_data, const ExportCell& cell, const std::string& target,
                           Zell::Base::Error::ErrorCode& error);
+    // The same into memory.
+    bool FetchPictureCellToMemory(const ExportDataNode& excel_data, const ExportCell& cell, std::string& data,
+                                  Zell::Base::Error::ErrorCode& error);
 
     // Deletes the pictures that were only staged.
     void DeleteTemporaryPictures();

@@ -40,4 +40,13 @@ bool FetchPictureToFile(std::shared_ptr<CImageMultiSyncLoader>& loader,
     return loader->SyncLoadImage(error, request);
 }
 
+bool FetchPictureToMemory(std::shared_ptr<CImageMultiSyncLoader>& loader,
+                          const std::shared_ptr<CImgUrlKey>& key, std::string& data,
+                          Zell::Base::Error::ErrorCode& error)
+{
+    if (!loader)
+        loader = std::make_shared<CImageMultiSyncLoader>();
+    return loader->SyncLoadImage(error, data, key);
+}
+
 }  // namespace FetchyardBussiness

@@ -17,5 +17,9 @@ std::shared_ptr<ZellPictureLoader::CImgUrlKey> MakePictureKey(const std::string&
 bool FetchPictureToFile(std::shared_ptr<ZellPictureLoader::CImageMultiSyncLoader>& loader,
                         const std::shared_ptr<ZellPictureLoader::CImgUrlKey>& key, const std::string& target,
                         Zell::Base::Error::ErrorCode& error);
+// The same into memory.
+bool FetchPictureToMemory(std::shared_ptr<ZellPictureLoader::CImageMultiSyncLoader>& loader,
+                          const std::shared_ptr<ZellPictureLoader::CImgUrlKey>& key, std::string& data,
+                          Zell::Base::Error::ErrorCode& error);
 
 }  // namespace FetchyardBussiness

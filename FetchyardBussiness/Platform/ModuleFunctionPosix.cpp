@@ -2,11 +2,11 @@
 
 #include <dlfcn.h>
 
-namespace FetchyardBussiness {
+namespace FetchyardBussiness::Platform {
 
 void* FindModuleFunction(void* module, const std::string& name)
 {
     return ::dlsym(module, name.c_str());
 }
 
-}  // namespace FetchyardBussiness
+}  // namespace FetchyardBussiness::Platform

@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-namespace FetchyardBussiness {
+namespace FetchyardBussiness::Platform {
 
 void* FindModuleFunction(void* module, const std::string& name)
 {
     return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(module), name.c_str()));
 }
 
-}  // namespace FetchyardBussiness
+}  // namespace FetchyardBussiness::Platform

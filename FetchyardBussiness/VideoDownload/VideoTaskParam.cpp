@@ -28,7 +28,7 @@ void* CToolFunc::GetPluginTaskFunc(const std::string& plugin_id, const std::stri
         LogError("Get plugin handle failed.");
         return nullptr;
     }
-    void* const function = FindModuleFunction(module, func_name);
+    void* const function = Platform::FindModuleFunction(module, func_name);
     if (function == nullptr)
         LogError("Get task_func handle failed.");
     return function;

@@ -43,7 +43,7 @@ enum FormatNumber {
 };
 
 constexpr std::string_view kFormats =
-    R"({"FontSize":16,"IsBold":true,"TextLocation":1,"BackgroundColor":"#1F3864","TextColor":"#FFFFFF"},)"
+    R"({"FontSize":12,"IsBold":true,"TextLocation":1,"BackgroundColor":"#BDD7EE","TextColor":"#1F3864"},)"
     R"({"FontSize":11,"IsBold":false,"TextLocation":1,"BackgroundColor":"#F2F2F2","TextColor":"#404040"},)"
     R"({"TextLocation":2},)"
     R"({"TextLocation":1},)"

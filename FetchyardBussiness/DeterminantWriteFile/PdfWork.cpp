@@ -1,0 +1,58 @@
+#include "FetchyardBussiness/DeterminantWriteFile/PdfWork.h"
+
+#include "FetchyardBussiness/ErrorText.h"
+#include "ZellBase/FileSystem.h"
+#include "ZellTaskKit/ClientServices.h"
+
+#include <QDateTime>
+
+#include <mutex>
+
+namespace FetchyardBussiness {
+
+namespace FileSystem = Zell::Base::FileSystem;
+
+namespace {
+
+// The present time to the millisecond, one that no report of this process has had: two that end at once would
+// otherwise write over each other's files.
+std::string UnusedStamp()
+{
+    static auto* const mutex = new std::mutex;
+    static auto* const last = new std::string;
+    const std::lock_guard<std::mutex> lock(*mutex);
+    std::string stamp;
+    do {
+        stamp =
+            QDateTime::currentDateTime().toString(QStringLiteral("yyyy_MM_dd_hh_mm_ss_zzz")).toStdString();
+    } while (stamp == *last);
+    *last = stamp;
+    return stamp;
+}
+
+}  // namespace
+
+PdfWork NewPdfWork()
+{
+    const std::string folder =
+        ZellTaskKit::CFrameSystemConfigMgr::Instance().GetClientDataPublicPath() + "Fetchyard/";
+    const std::string stamp = UnusedStamp();
+    return {folder, folder + stamp + ".html", folder + stamp + ".pdf"};
+}
+
+bool MakePdfWorkFolder(const PdfWork& work)
+{
+    if (FileSystem::DirectoryExists(work.folder.c_str()) == 0 ||
+        FileSystem::MakeFullDir(work.folder.c_str()) == 0)
+        return true;
+    Zell::Base::Error::SetLastError(OwnError(kErrorFolder));
+    return false;
+}
+
+std::string PdfCommandLine(const std::string& page_size, int orientation, const PdfWork& work)
+{
+    const std::string turned = orientation == 0 ? "  -O landscape " : " ";
+    return " --encoding utf-8" + turned + "--page-size " + page_size + " " + work.html + " " + work.pdf;
+}
+
+}  // namespace FetchyardBussiness
