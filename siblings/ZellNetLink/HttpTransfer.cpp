@@ -283,7 +283,14 @@ bool HttpTransfer::CheckRange()
     if (!range || range->first != request_.range_from || !range->ReachesEnd())
         return false;
     body_start_ = range->first;
+    part_bytes_ = static_cast<std::uint64_t>(range->last - range->first) + 1;
     return true;
+}
+
+// As long as its Content-Range says; what a HEAD asks for has no body.
+bool HttpTransfer::IsPartWhole() const
+{
+    return part_bytes_ == 0 || part_bytes_ == body_bytes_ || request_.method == "HEAD";
 }
 
 void HttpTransfer::Reserve(std::size_t more)
@@ -307,7 +314,7 @@ void HttpTransfer::Finish(CURLcode code)
         response_.error = ErrorCode(2, kModuleTransport, code);
     else if (!head_.IsSuccess())
         response_.error = ErrorCode(2, kModuleHttp, static_cast<int>(response_.status));
-    else if (!body_begun_ && !CheckRange())
+    else if ((!body_begun_ && !CheckRange()) || !IsPartWhole())
         response_.error = ErrorCode(2, kModuleAnswer, AnswerNotUnderstood);
     // NOLINTEND(bugprone-branch-clone)
     response_.headers = std::move(head_.Headers());

@@ -57,6 +57,7 @@ private:
     bool TakeBody(const char* data, std::size_t size);
     bool BeginBody();
     bool CheckRange();
+    bool IsPartWhole() const;
     bool TakeErrorText(const char* data, std::size_t size);
     void Reserve(std::size_t more);
     bool Refuse(AnswerError reason);
@@ -75,6 +76,7 @@ private:
     bool body_begun_ = false;
     std::int64_t body_start_ = 0;
     std::size_t body_bytes_ = 0;
+    std::uint64_t part_bytes_ = 0;  // that a 206 announces; 0 if it is none
 };
 
 }  // namespace ZellNetLink

@@ -352,6 +352,16 @@ TEST(HttpRange, AnUnaskedPartOfTheMiddleIsNotWhole)
     ExpectError(Get(server.Url("/")), 23, ZellNetLink::AnswerNotUnderstood);
 }
 
+TEST(HttpRange, APartThatIsShorterOrLongerThanItsContentRangeIsNoAnswer)
+{
+    for (const char* body : {"", "3456", "3456789ab"}) {
+        HttpTestServer server(
+            [body](const TestRequest&) { return Answer(206, body, "Content-Range: bytes 3-9/10\r\n"); });
+        Received received;
+        ExpectError(GetFrom(server.Url("/"), 3, received), 23, ZellNetLink::AnswerNotUnderstood);
+    }
+}
+
 TEST(HttpRange, AnUnknownTotalIsTaken)
 {
     HttpTestServer server(

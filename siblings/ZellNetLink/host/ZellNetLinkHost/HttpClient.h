@@ -47,7 +47,8 @@ struct HttpRequest
     bool urgent = false;
     // Where the body goes, if not to HttpResponse::body: called on the thread that moves the transfer, piece
     // by piece, only for a status of 200 to 299; false ends the transfer. start is the offset of the first
-    // byte: 0, or range_from if the server's Content-Range confirms it.
+    // byte: 0, or range_from if the server's Content-Range confirms it. A part
+    // that is not as long as its Content-Range says ends the transfer with AnswerNotUnderstood.
     std::function<bool(std::int64_t start, const char* data, std::size_t size)> sink;
 };
 
