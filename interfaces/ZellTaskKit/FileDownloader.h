@@ -31,7 +31,7 @@ struct CDownloadResultParam
 // site path that begins with "/storage/" gets the kind and the place as query parameters: kind=file&place=1,
 // kind=picture&place=1, or kind=platform_picture alone. A fetch may take as long as bytes keep coming.
 // A body that is cut is asked for again from where it broke, if the server gave it an ETag, up to nine times;
-// a part that the server announces as another one ends the fetch with (23, 1).
+// a part that is another than the one asked for, or of another version, ends the fetch with (23, 1).
 class ZELLTASKKIT_API CFileDownloader
 {
 public:

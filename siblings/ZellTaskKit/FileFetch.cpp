@@ -12,6 +12,7 @@
 #include <limits>
 #include <mutex>
 #include <set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,7 +24,10 @@ namespace FileSystem = Zell::Base::FileSystem;
 
 constexpr ErrorCode kWrongInput(2, 20, 3);
 constexpr ErrorCode kUnknownSite(2, ZellNetLink::kModuleAnswer, ZellNetLink::SiteUnknown);
+constexpr ErrorCode kOtherPart(2, ZellNetLink::kModuleAnswer, ZellNetLink::AnswerNotUnderstood);
 constexpr int kMaxRequests = 10;
+constexpr long kPartialContent = 206;
+constexpr std::string_view kSuffix = ".part";
 // libcurl's codes: a body that ends early, a transfer that stands still, a connection that breaks.
 constexpr std::array<int, 3> kCutCodes = {18, 28, 56};
 constexpr long long kStaleSeconds = 24LL * 3600;
@@ -36,6 +40,16 @@ ErrorCode SystemError()
 bool IsError(const ErrorCode& error)
 {
     return error.iFirstCode != 0 || error.iSecondCode != 0;
+}
+
+// The name of a TemporaryFile. The folder may be one that others use too, and theirs stays.
+bool IsOurs(const std::string& path)
+{
+    constexpr std::size_t kGuidLetters = 36;
+    const std::string name = path.substr(path.find_last_of("/\\") + 1);
+    return name.size() == kGuidLetters + kSuffix.size() &&
+           name.find_first_not_of("0123456789abcdef-") == kGuidLetters &&
+           name.compare(kGuidLetters, kSuffix.size(), kSuffix) == 0;
 }
 
 // What a process that was killed left behind is taken away once, at the first fetch into the folder.
@@ -56,7 +70,7 @@ void RemoveStaleFiles(const std::string& folder)
         return;
     const long long oldest = static_cast<long long>(std::time(nullptr)) - kStaleSeconds;
     for (const FileSystem::FileInfo& file : files) {
-        if (file.time < oldest)
+        if (file.time < oldest && IsOurs(file.path))
             FileSystem::DeleteFileW(file.path.c_str());
     }
 }
@@ -86,7 +100,7 @@ public:
         if (FileSystem::MakeFullDir(folder.c_str()) != 0)
             return false;
         RemoveStaleFiles(folder);
-        std::string path = folder + Zell::Base::GuidUtil::CreateGuid() + ".part";
+        std::string path = folder + Zell::Base::GuidUtil::CreateGuid() + std::string(kSuffix);
         void* handle =
             FileSystem::OpenFile(path.c_str(), FileSystem::kOpenTruncate, FileSystem::kAttributesPlain);
         if (handle == FileSystem::NoFile())
@@ -155,6 +169,13 @@ bool IsCut(const ErrorCode& error)
            std::find(kCutCodes.begin(), kCutCodes.end(), error.iSecondCode) != kCutCodes.end();
 }
 
+// A part of another version than the one that its beginning was of: a server that knows no If-Range.
+bool IsOfOtherVersion(const ZellNetLink::HttpResponse& response, const std::string& tag)
+{
+    const auto now = response.headers.find("etag");
+    return response.status == kPartialContent && now != response.headers.end() && now->second != tag;
+}
+
 // One request: the whole body, or what is missing of the version that the tag names. A server that has
 // another version by now, or knows no parts, sends the whole, and the file starts over. The error of a
 // transfer whose file could not be written is that of the file.
@@ -180,7 +201,12 @@ ErrorCode TransferOnce(const std::string& url, TemporaryFile& file, std::string&
     AddAccount(request);
     const ZellNetLink::HttpResponse response =
         ZellNetLink::HttpClient::Instance().Perform(std::move(request));
+    if (!tag.empty() && IsOfOtherVersion(response, tag))
+        return kOtherPart;
     tag = StrongTag(response);
+    // An empty body calls no sink, and is the whole of a version all the same.
+    if (!is_begun && !IsError(response.error) && file.Size() > 0 && !file.StartOver())
+        return SystemError();
     return IsError(write_error) ? write_error : response.error;
 }
 

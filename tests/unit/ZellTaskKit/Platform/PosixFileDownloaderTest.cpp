@@ -183,6 +183,35 @@ TEST_F(FileDownloader, APartThatIsAnotherThanTheOneAskedForEndsTheFetch)
     EXPECT_EQ(Leftovers(), 0);
 }
 
+TEST_F(FileDownloader, AnotherVersionThatIsEmptyLeavesAnEmptyFile)
+{
+    CutServer server(kTag, Answer(200, "", "ETag: \"v2\"\r\n").bytes);
+    ASSERT_TRUE(Fetch(server.Url()));
+    EXPECT_TRUE(fs::exists(Target()));
+    EXPECT_EQ(ReadAll(Target()), "");
+}
+
+TEST_F(FileDownloader, VersionsAreNotMixed)
+{
+    for (const char* tag : {"\"v2\"", "W/\"v1\""}) {
+        CutServer server(
+            kTag,
+            Answer(206, "efghij", "Content-Range: bytes 4-9/10\r\nETag: " + std::string(tag) + "\r\n").bytes);
+        EXPECT_FALSE(Fetch(server.Url()));
+        ExpectLastError(23, 1);
+        EXPECT_FALSE(fs::exists(Target()));
+        EXPECT_EQ(Leftovers(), 0);
+    }
+}
+
+TEST_F(FileDownloader, APartThatEndsEarlyIsNotTheRest)
+{
+    CutServer server(kTag, Answer(206, "ef", "Content-Range: bytes 4-9/10\r\nETag: \"v1\"\r\n").bytes);
+    EXPECT_FALSE(Fetch(server.Url()));
+    ExpectLastError(23, 1);
+    EXPECT_FALSE(fs::exists(Target()));
+}
+
 TEST_F(FileDownloader, ACutBodyWithoutAVersionIsNotAskedForAgain)
 {
     for (const char* tag : {"", "ETag: W/\"v1\"\r\n"}) {
@@ -287,16 +316,24 @@ TEST_F(FileDownloader, EmptyArgumentsAndAnUnknownSiteAreErrors)
     ExpectLastError(23, 4);
 }
 
-TEST_F(FileDownloader, WhatAKilledProcessLeftBehindGoesAfterADay)
+TEST_F(FileDownloader, WhatAKilledProcessLeftBehindGoesAfterADayAndNothingElse)
 {
     const fs::path downloads = folder_.Path() / "data/Downloads";
     fs::create_directories(downloads);
-    std::ofstream(downloads / "old.part") << "x";
-    std::ofstream(downloads / "new.part") << "x";
-    fs::last_write_time(downloads / "old.part", fs::file_time_type::clock::now() - std::chrono::hours(25));
+    const fs::path old = downloads / "0123abcd-0123-4567-89ab-0123456789ab.part";
+    const fs::path young = downloads / "ffffffff-0123-4567-89ab-0123456789ab.part";
+    const fs::path others = downloads / "a letter that somebody keeps here.part";
+    const fs::path kept = downloads / "0123abcd-0123-4567-89ab-0123456789ab.docx";
+    const auto yesterday = fs::file_time_type::clock::now() - std::chrono::hours(25);
+    for (const fs::path& path : {old, young, others, kept}) {
+        std::ofstream(path) << "x";
+        if (path != young)
+            fs::last_write_time(path, yesterday);
+    }
     ASSERT_TRUE(Fetch("/a"));
-    EXPECT_FALSE(fs::exists(downloads / "old.part"));
-    EXPECT_TRUE(fs::exists(downloads / "new.part"));
+    EXPECT_FALSE(fs::exists(old));
+    for (const fs::path& path : {young, others, kept})
+        EXPECT_TRUE(fs::exists(path)) << path;
 }
 
 TEST_F(FileDownloader, WithACallbackTheOutcomeComesLater)
