@@ -65,10 +65,11 @@ bool CExportReportDataToTXTFileObject::ContinueFile(const ExportDataNode& excel_
 }
 
 // UTF-8 whatever the platform's code page is, so that no letter is lost. False if the page is not whole on
-// disk.
+// disk; then the file is cut back to the pages before it, which a resume goes on with.
 bool CExportReportDataToTXTFileObject::Write(QFile& file, const ExportDataNode& excel_data,
                                              bool with_heads) const
 {
+    const qint64 before = file.size();
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     const QString separator = QLatin1String(kSeparator);
@@ -82,8 +83,12 @@ bool CExportReportDataToTXTFileObject::Write(QFile& file, const ExportDataNode& 
     stream.flush();
     const bool flushed = file.flush();
     const bool whole = flushed && stream.status() == QTextStream::Ok && file.error() == QFileDevice::NoError;
+    // Closing tries once more to write what is still held.
     file.close();
-    return whole && file.error() == QFileDevice::NoError;
+    if (whole && file.error() == QFileDevice::NoError)
+        return true;
+    file.resize(before);
+    return false;
 }
 
 }  // namespace FetchyardBussiness

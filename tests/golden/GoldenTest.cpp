@@ -1,10 +1,6 @@
-#include "FetchyardBussiness/DeterminantWriteFile/ReportExportObject.h"
+#include "ReportFolder.h"
 #include "Reports.h"
 #include "ScriptedPictures.h"
-#include "tests/unit/TempFolder.h"
-#include "ZellBaseHost/LogHost.h"
-#include "ZellClientHostSettings/ClientSettings.h"
-#include "ZellOfficeKitHost/OfficeFolders.h"
 
 #include <gtest/gtest.h>
 #include <QProcess>
@@ -13,7 +9,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <regex>
 
 // Each writer over the real libraries and a set of small reports. What it leaves in the folder is compared
@@ -24,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using FetchyardBussiness::CExportReportDataToFileObject;
-using FetchyardLogical::ExportDataNode;
 
 struct Format
 {
@@ -33,12 +27,6 @@ struct Format
 };
 
 constexpr Format kFormats[] = {{"xlsx", 0}, {"csv", 1}, {"pdf", 2}, {"txt", 3}};
-
-std::string Content(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::string PartsOf(const fs::path& book)
 {
@@ -52,29 +40,9 @@ std::string PartsOf(const fs::path& book)
 class Golden : public testing::TestWithParam<Format>
 {
 protected:
-    Golden()
-    {
-        Zell::Base::details::SetLogFile(folder_.File("log"), 3);
-        ZellClientHost::ClientSettings settings;
-        settings.data_path = folder_.File("data/");
-        settings.public_data_path = folder_.File("public/");
-        ZellClientHost::SetClientSettings(settings);
-        ZellOfficeKit::SetWorkFolder(folder_.File("work"));
-        fs::create_directories(folder_.Path() / "out");
-    }
     ~Golden() override { golden::OnFetch(nullptr); }
 
-    // Hands the report over page by page, as the export does; a page that is refused ends it.
-    void Write(golden::Report report)
-    {
-        for (ExportDataNode& node : report) {
-            node.export_file_type = GetParam().type;
-            node.file_save_path = folder_.File("out/");
-            node.work_station_id = 3;
-            if (!writer_->ExportDataToFile(node))
-                break;
-        }
-    }
+    void Write(const golden::Report& report) { folder_.Write(*writer_, GetParam().type, report); }
 
     void Compare(const std::string& report)
     {
@@ -84,7 +52,7 @@ protected:
         const std::string found = Listing();
         if (std::getenv("FETCHYARD_WRITE_GOLDEN") != nullptr)
             std::ofstream(reference, std::ios::binary) << found;
-        EXPECT_EQ(found, Content(reference)) << name;
+        EXPECT_EQ(found, golden::Content(reference)) << name;
     }
 
     // While the picture of that number is on its way.
@@ -105,7 +73,7 @@ private:
     // Names that are new each time get numbers in the order in which the report names them.
     std::string Settled(std::string text)
     {
-        const std::string out = folder_.File("out/");
+        const std::string out = folder_.Out();
         for (auto at = text.find(out); at != std::string::npos; at = text.find(out, at))
             text.replace(at, out.size(), "<folder>/");
         // How a PNG begins in Base64; what follows differs between versions of Qt.
@@ -126,7 +94,7 @@ private:
     std::string Listing()
     {
         std::vector<fs::path> files;
-        for (const auto& entry : fs::directory_iterator(folder_.Path() / "out"))
+        for (const auto& entry : fs::directory_iterator(folder_.Path("out")))
             files.push_back(entry.path());
         std::sort(files.begin(), files.end());
         std::string listing;
@@ -137,7 +105,7 @@ private:
                 continue;
             }
             listing += Settled("=== " + file.filename().u8string() + "\n" +
-                               (file.extension() == ".xlsx" ? PartsOf(file) : Content(file)) + "\n");
+                               (file.extension() == ".xlsx" ? PartsOf(file) : golden::Content(file)) + "\n");
         }
         // Behind the texts, so that their order is that of the report.
         for (std::string& picture : pictures)
@@ -148,7 +116,7 @@ private:
         return listing;
     }
 
-    const TempFolder folder_;
+    const golden::ReportFolder folder_;
     std::vector<std::string> guids_;
 };
 
