@@ -15,6 +15,8 @@ import urllib.request
 
 ROWS = 1_000_000
 PICTURES = 2_000
+EMBEDDED_PICTURES = 1_000
+PDF_ROWS = 10_000
 FILE_BYTES = 1 << 30
 SMALL_FILES = 5_000
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
@@ -71,12 +73,14 @@ class Bench:
         with tempfile.TemporaryDirectory(prefix="fetchyard-bench-") as path:
             yield pathlib.Path(path)
 
-    def from_memory(self, name, kind, peer, peer_is):
+    def from_memory(self, name, kind, peer, peer_is, unit="rows/s", count=ROWS):
         with self.folder() as folder:
-            ours, memory = measure([self.bin / "bench_memory", kind, folder, ROWS])
+            ours, memory = measure([self.bin / "bench_memory", kind, folder, count])
             shutil.rmtree(folder / "bench", ignore_errors=True)
-            seconds, _ = measure([*peer, folder / "peer", ROWS])
-            self.add(name, "rows/s", ROWS, ours, seconds, peer_is, memory)
+            (folder / "peer").mkdir()
+            target = folder / "peer" / ("" if peer[0] == self.bin / "bench_memory" else "peer")
+            seconds, _ = measure([*peer, target, count])
+            self.add(name, unit, count, ours, seconds, peer_is, memory)
 
     def csv(self):
         self.from_memory("csv", "csv", [sys.executable, PEERS / "csv_module.py"], "Python's csv module")
@@ -86,6 +90,23 @@ class Bench:
 
     def xlsx(self):
         self.from_memory("xlsx", "xlsx", [self.bin / "bench_peer_xlsx"], "bare libxlsxwriter loop, one format")
+
+    def txt(self):
+        self.from_memory("txt", "txt", [self.bin / "bench_memory", "txt-loop"], "plain QTextStream loop")
+
+    def xlsx_pictures(self):
+        self.from_memory("xlsx-pictures", "xlsx-pictures", [self.bin / "bench_memory", "picture-loop"],
+                         "load, scale, save, load, encode", "pictures/s", EMBEDDED_PICTURES)
+
+    def pdf(self):
+        """Our share of a PDF report, beside the tool's."""
+        with self.folder() as folder:
+            html = folder / "bench.html"
+            ours, memory = measure([self.bin / "bench_memory", "html", folder, PDF_ROWS],
+                                   prepare=lambda: html.unlink(missing_ok=True))
+            tool = ["wkhtmltopdf", "--quiet", "--encoding", "utf-8", "-O", "landscape", html, folder / "bench.pdf"]
+            peer, _ = run_once(timed(tool), env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})
+            self.add("pdf-html", "rows/s", PDF_ROWS, ours, peer, "wkhtmltopdf over that HTML, one run", memory)
 
     @contextlib.contextmanager
     def station(self, folder):
@@ -168,7 +189,8 @@ class Bench:
         self.pictures(20)
 
 
-BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "csv-station": Bench.csv_station,
+BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "txt": Bench.txt, "pdf-html": Bench.pdf,
+           "xlsx-pictures": Bench.xlsx_pictures, "csv-station": Bench.csv_station,
            "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
            "files-small": Bench.small_files}
 
