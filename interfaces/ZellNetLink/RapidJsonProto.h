@@ -14,10 +14,11 @@ namespace ZellNetLink {
 // take an index each ("Rows[2][1]"). The empty path is the root.
 //
 // Writing: what is missing on the way is made, an object for a name and a list for an index; null counts as
-// missing. A list grows to the index, with null entries between, by 65,536 at most. What is there in the way
-// and of the wrong kind is never replaced: the call returns false (or null) and changes nothing, while the
-// value at the end of the path is replaced, whatever it was. Nothing is made deeper than 512 objects and
-// lists. Texts and names that are not UTF-8 are repaired with U+FFFD.
+// missing. A list grows to the index, with null entries between, by 65,536 at most, and so do all lists
+// together that one call makes. What is there in the way and of the wrong kind is never replaced: the call
+// returns false (or null) and changes nothing, while the value at the end of the path is replaced, whatever
+// it was. Nothing is made deeper than 512 objects and lists. Texts and names that are not UTF-8 are repaired
+// with U+FFFD. Under a null handle nothing is set or added.
 class ZELLNETLINK_API CRapidJsonProto : public IProto
 {
 public:
@@ -38,7 +39,8 @@ public:
     // The value at the path, or the fallback if nothing of that kind is there: get_v takes only strings,
     // get_bool_v only true and false, the other two only numbers. get_int_v cuts a fraction off and gives the
     // low 32 bits of what is larger (4294967295 is -1); a number with a fraction or an exponent from 2^63 on
-    // has none and gives the fallback, and so does one that is too large for get_float_v.
+    // has none and gives the fallback, and so does one that is too large for get_float_v. One that is too
+    // small to tell from 0 is 0.
     std::string get_v(std::string path, std::string fallback) override;
     int get_int_v(std::string path, int fallback) override;
     float get_float_v(std::string path, float fallback) override;

@@ -27,12 +27,14 @@ bool NamesOneOf(const PathStep& step, const JsonNode& node)
     return node.kind != JsonNode::Kind::List || IndexInList(step) <= node.children.size() + JsonNode::kMaxGap;
 }
 
-// Of the steps that lead through nodes yet to be made.
+// Of the steps that lead through nodes yet to be made: the empty entries of all their lists together count.
 bool CanBeMade(const RecordPath& path, std::size_t first)
 {
+    std::size_t gap = 0;
     return std::all_of(path.begin() + static_cast<std::ptrdiff_t>(first), path.end(),
-                       [](const PathStep& step) {
-                           return step.kind == PathStep::Kind::Name || step.index <= JsonNode::kMaxGap;
+                       [&gap](const PathStep& step) {
+                           gap += step.kind == PathStep::Kind::Index ? step.index : 0;
+                           return gap <= JsonNode::kMaxGap;
                        });
 }
 
@@ -86,7 +88,7 @@ JsonNode* JsonNode::StepOrCreate(const PathStep& step)
     return children.back().get();
 }
 
-JsonNode* JsonNode::FindOrCreate(const RecordPath& path)
+JsonNode* JsonNode::FindOrCreate(const RecordPath& path, std::size_t below)
 {
     // First what is there, without a change, so that a refusal leaves nothing behind.
     const JsonNode* present = this;
@@ -100,7 +102,7 @@ JsonNode* JsonNode::FindOrCreate(const RecordPath& path)
         present = next;
         ++taken;
     }
-    if (depth + path.size() > kMaxDepth + 1 || !CanBeMade(path, std::min(taken + 1, path.size())))
+    if (depth + path.size() + below > kMaxDepth + 1 || !CanBeMade(path, std::min(taken + 1, path.size())))
         return nullptr;
     if (taken < path.size() && present->kind == Kind::Null && !CanBeMade(path, taken))
         return nullptr;

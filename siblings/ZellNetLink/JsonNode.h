@@ -18,7 +18,8 @@ struct JsonNode
 
     // Containers within containers; deeper texts are refused, so that no walk runs out of stack.
     static constexpr std::size_t kMaxDepth = 512;
-    // Entries that a write may leave empty between the end of a list and the index it names.
+    // Entries that a write may leave empty between the end of a list and the index it names, and in all of
+    // the lists that it makes together.
     static constexpr std::size_t kMaxGap = 65536;
 
     Kind kind = Kind::Null;
@@ -33,8 +34,9 @@ struct JsonNode
     JsonNode* Step(const PathStep& step) const;  // null if there is nothing
     JsonNode* Find(const RecordPath& path);
     // The node at the path, made with all that is missing on the way. A null node counts as missing; any
-    // other wrong kind on the way ends with null and leaves all as it was.
-    JsonNode* FindOrCreate(const RecordPath& path);
+    // other wrong kind on the way ends with null and leaves all as it was. So does a path that has no room
+    // for so many levels below its end.
+    JsonNode* FindOrCreate(const RecordPath& path, std::size_t below = 0);
     void Become(Kind new_kind);  // forgets the value
     void CopyFrom(const JsonNode& other);
     // A later member of a name replaces an earlier one, in the earlier one's place.

@@ -1,5 +1,6 @@
 #include "NumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -9,10 +10,30 @@
 namespace ZellNetLink {
 namespace {
 
+// Tells a number that is too small for its type from one that is too large, since the library does not.
+bool IsBelowOne(std::string_view number)
+{
+    const std::size_t end = std::min(number.find_first_of("eE"), number.size());
+    const std::string_view digits = number.substr(0, end);
+    std::string_view exponent = number.substr(std::min(end + 1, number.size()));
+    if (!exponent.empty() && exponent.front() == '+')
+        exponent.remove_prefix(1);
+    std::int32_t power = 0;
+    if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), power).ec ==
+        std::errc::result_out_of_range)
+        return exponent.front() == '-';
+    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<std::int64_t>(std::min(digits.find_first_of("123456789"), digits.size()));
+    // The exponent of the number once it is written as 0.d, d its first digit that counts.
+    return (first < point ? point - first : point - first + 1) + power <= 0;
+}
+
 std::optional<double> DoubleFromText(std::string_view text)
 {
     double value = 0;
     const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (failure == std::errc::result_out_of_range && IsBelowOne(text))
+        return 0.0;
     if (failure != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
         return std::nullopt;
     return value;

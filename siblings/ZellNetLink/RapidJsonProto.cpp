@@ -122,10 +122,11 @@ struct CRapidJsonProto::Impl
         return node != nullptr && node->kind == kind ? node : nullptr;
     }
 
-    JsonNode* FindOrCreate(const std::string& path_text)
+    // A node that gets a member or entry; nothing is made if that would lie too deep.
+    JsonNode* NodeToAddTo(const std::string& path_text, std::size_t levels)
     {
         const auto path = ParseRecordPath(path_text);
-        return path ? root.FindOrCreate(*path) : nullptr;
+        return path ? root.FindOrCreate(*path, levels) : nullptr;
     }
 
     void Clear() { root.Become(JsonNode::Kind::Object); }
@@ -241,12 +242,12 @@ void* CRapidJsonProto::add_v(void* node, std::string name, std::string value)
 
 bool CRapidJsonProto::add_v(std::string path, std::string name, int value)
 {
-    return AddMember(impl_->FindOrCreate(path), name, Integer(value)) != nullptr;
+    return AddMember(impl_->NodeToAddTo(path, 1), name, Integer(value)) != nullptr;
 }
 
 bool CRapidJsonProto::add_v(std::string path, std::string name, std::string value)
 {
-    return AddMember(impl_->FindOrCreate(path), name, Text(std::move(value))) != nullptr;
+    return AddMember(impl_->NodeToAddTo(path, 1), name, Text(std::move(value))) != nullptr;
 }
 
 void* CRapidJsonProto::add_list_v(void* node, std::string name, int value)
@@ -261,12 +262,12 @@ void* CRapidJsonProto::add_list_v(void* node, std::string name, std::string valu
 
 bool CRapidJsonProto::add_list_v(std::string path, std::string name, int value)
 {
-    return AddEntry(impl_->FindOrCreate(path), name, Integer(value)) != nullptr;
+    return AddEntry(impl_->NodeToAddTo(path, name.empty() ? 1 : 2), name, Integer(value)) != nullptr;
 }
 
 bool CRapidJsonProto::add_list_v(std::string path, std::string name, std::string value)
 {
-    return AddEntry(impl_->FindOrCreate(path), name, Text(std::move(value))) != nullptr;
+    return AddEntry(impl_->NodeToAddTo(path, name.empty() ? 1 : 2), name, Text(std::move(value))) != nullptr;
 }
 
 IProto* CRapidJsonProto::copy(int /*reserved*/)

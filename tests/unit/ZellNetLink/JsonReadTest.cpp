@@ -113,6 +113,19 @@ TEST_F(JsonRead, OnlyListsHaveACount)
     EXPECT_EQ(json_.get_cnt("/List[2]/Rows[1]"), 2);
     EXPECT_EQ(json_.get_cnt("/Lines"), 0);
     EXPECT_EQ(json_.get_cnt("/Name"), 0);
+    EXPECT_EQ(json_.get_cnt("/List[3]"), 0);
+    EXPECT_EQ(json_.get_cnt(""), 0);
+}
+
+TEST_F(JsonRead, TheEmptyPathIsTheRoot)
+{
+    EXPECT_EQ(json_.get_node_str("", 0), json_.get_str(0));
+    EXPECT_EQ(json_.get_node_str("/", 0), json_.get_str(0));
+    EXPECT_EQ(json_.get_node(""), json_.get_node("//"));
+    ASSERT_TRUE(json_.set_str("[7]"));
+    EXPECT_EQ(json_.get_cnt(""), 1);
+    EXPECT_EQ(json_.get_int_v("[1]", -1), 7);
+    EXPECT_EQ(json_.get_int_v("0", -1), 7);
 }
 
 TEST_F(JsonRead, ANodeComesBackAsItsText)
@@ -147,6 +160,31 @@ TEST(JsonNumbers, AFractionIsCutOffAndAHugeOneHasNoInteger)
     EXPECT_EQ(json.get_int_v("[5]", 5), 5);
     EXPECT_EQ(json.get_int_v("[6]", 5), -1);
     EXPECT_FLOAT_EQ(json.get_float_v("[4]", 5), 5);
+}
+
+TEST(JsonNumbers, WhatIsTooSmallToTellFromZeroIsZero)
+{
+    CRapidJsonProto json;
+    ASSERT_TRUE(
+        json.set_str("[1e-400, -1E-99999999999999999999, 1e-60, 0.0001e-322, 1e-9223372036854775808, " +
+                     std::string("0.") + std::string(400, '0') + "1]"));
+    for (int i = 1; i <= json.get_cnt(""); ++i) {
+        const std::string entry = "[" + std::to_string(i) + "]";
+        EXPECT_EQ(json.get_int_v(entry, 5), 0) << i;
+        EXPECT_FLOAT_EQ(json.get_float_v(entry, 5), 0) << i;
+    }
+}
+
+TEST(JsonNumbers, WhatIsTooLargeForAFloatHasNone)
+{
+    CRapidJsonProto json;
+    ASSERT_TRUE(json.set_str("[9e308, " + std::string(300, '9') + "e+5, 3.5e38, -3.5e38, 3.4e38]"));
+    EXPECT_FLOAT_EQ(json.get_float_v("[1]", 5), 5);
+    EXPECT_EQ(json.get_int_v("[1]", 5), 5);
+    EXPECT_FLOAT_EQ(json.get_float_v("[2]", 5), 5);
+    EXPECT_FLOAT_EQ(json.get_float_v("[3]", 5), 5);
+    EXPECT_FLOAT_EQ(json.get_float_v("[4]", 5), 5);
+    EXPECT_FLOAT_EQ(json.get_float_v("[5]", 5), 3.4e38F);
 }
 
 TEST(JsonText, KeepsTheOrderOfMembersAndTheFormOfNumbers)

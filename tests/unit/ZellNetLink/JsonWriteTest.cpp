@@ -49,6 +49,20 @@ TEST(JsonWrite, AListDoesNotGrowWithoutMeasure)
     EXPECT_EQ(json.get_str(0), R"({"List":[1]})");
 }
 
+TEST(JsonWrite, TheListsOfOneCallShareTheirMeasure)
+{
+    CRapidJsonProto json;
+    EXPECT_FALSE(json.set_v("L[65537][2]", 1));
+    EXPECT_FALSE(json.set_v("L[40000]/x[40000]", 1));
+    EXPECT_EQ(json.get_str(0), "{}");
+    EXPECT_TRUE(json.set_v("L[40000]/x[1]", 1));
+    EXPECT_TRUE(json.set_v("L[40000]/x[40000]", 1));
+    EXPECT_EQ(json.get_cnt("L[40000]/x"), 40000);
+    EXPECT_TRUE(json.set_v("L[105536]", 1));
+    EXPECT_FALSE(json.set_v("L[171074]", 1));
+    EXPECT_EQ(json.get_cnt("L"), 105536);
+}
+
 TEST(JsonWrite, ABareNumberWritesIntoAListFromZero)
 {
     CRapidJsonProto json;
@@ -162,6 +176,24 @@ TEST(JsonWrite, NothingIsMadeBelowTheDepthLimit)
     EXPECT_FALSE(json.set_v(json.get_node(path.substr(2)), "b/c", 1));
 }
 
+TEST(JsonWrite, AnAdditionThatWouldLieTooDeepLeavesNothingBehind)
+{
+    CRapidJsonProto json;
+    std::string path;
+    for (int i = 0; i < 511; ++i)
+        path += "/a";
+    EXPECT_FALSE(json.add_v(path + "/a", "Name", 1));
+    EXPECT_FALSE(json.add_list_v(path + "/a", "", 1));
+    EXPECT_FALSE(json.add_list_v(path, "List", S("x")));
+    EXPECT_EQ(json.get_str(0), "{}");
+    EXPECT_TRUE(json.add_v(path, "Name", S("x")));
+    EXPECT_TRUE(json.add_list_v(path.substr(2), "List", 1));
+    EXPECT_EQ(json.add_list_v(json.get_node(path), "List", 1), nullptr);
+    EXPECT_EQ(json.add_v(json.get_node(path + "/Name"), "x", 1), nullptr);
+    CRapidJsonProto other;
+    EXPECT_TRUE(other.set_str(json.get_str(0)));
+}
+
 TEST(JsonNodes, AMemberIsAddedUnderANodeAndGivesItsHandle)
 {
     CRapidJsonProto json;
@@ -208,6 +240,7 @@ TEST(JsonNodes, ValuesAreSetUnderANode)
     EXPECT_TRUE(json.set_v(entry, "x", 2));
     EXPECT_TRUE(json.set_v(entry, "y/z", S("t")));
     EXPECT_FALSE(json.set_v(entry, "", 3));
+    EXPECT_FALSE(json.set_v(json.get_node("/a[1]/x"), "below", S("a number")));
     EXPECT_FALSE(json.set_v(static_cast<void*>(nullptr), "x", 3));
     EXPECT_EQ(json.get_str(0), R"({"a":[{"x":2,"y":{"z":"t"}}]})");
 }
@@ -219,6 +252,38 @@ TEST(JsonNodes, AHandleOutlivesAdditions)
     for (int i = 0; i < 1000; ++i)
         json.add_list_v("", "L", i);
     EXPECT_EQ(first, json.get_node("L[1]"));
+}
+
+TEST(JsonNodes, NullTakesMembersAndEntries)
+{
+    CRapidJsonProto json;
+    ASSERT_TRUE(json.set_str(R"({"a":null,"b":null,"c":{"d":null}})"));
+    EXPECT_TRUE(json.add_v("a", "x", 1));
+    EXPECT_TRUE(json.add_list_v("b", "", 2));
+    EXPECT_NE(json.add_list_v(json.get_node("c"), "d", S("e")), nullptr);
+    EXPECT_EQ(json.add_list_v(static_cast<void*>(nullptr), "d", 1), nullptr);
+    EXPECT_EQ(json.get_str(0), R"({"a":{"x":1},"b":[2],"c":{"d":["e"]}})");
+}
+
+TEST(JsonNodes, ANewEntryIsGivenByItsHandle)
+{
+    CRapidJsonProto json;
+    void* number = json.add_list_v(json.get_node(""), "L", 1);
+    void* text = json.add_list_v(json.get_node("L"), "", S("two"));
+    EXPECT_EQ(number, json.get_node("L[1]"));
+    EXPECT_EQ(text, json.get_node("L[2]"));
+    EXPECT_EQ(json.add_list_v(json.get_node("L[1]"), "", 3), nullptr);
+    EXPECT_EQ(json.get_str(0), R"({"L":[1,"two"]})");
+}
+
+TEST(JsonNodes, AClearedObjectIsEmptyWhateverItsRootWas)
+{
+    CRapidJsonProto json;
+    ASSERT_TRUE(json.set_str("[1,2]"));
+    EXPECT_TRUE(json.clear());
+    EXPECT_EQ(json.get_str(0), "{}");
+    EXPECT_TRUE(json.set_v("a", 1));
+    EXPECT_EQ(json.get_int_v("a", 0), 1);
 }
 
 TEST(JsonNodes, ACopyIsItsOwnObject)
