@@ -2,6 +2,8 @@
 #include "XmlText.h"
 #include "ZellNetLink/XmlProto.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace ZellNetLink {
@@ -53,6 +55,20 @@ void AppendText(std::string_view text, std::string& xml)
 }  // namespace
 
 XmlNode::XmlNode(const std::string& name, const std::string& value) : name_(name), value_(value) {}
+
+// One level at a time, so that elements within elements do not end each other in as many calls.
+XmlNode::~XmlNode()
+{
+    std::vector<std::shared_ptr<XmlNode>> nodes = std::move(children_);
+    while (!nodes.empty()) {
+        const std::shared_ptr<XmlNode> node = std::move(nodes.back());
+        nodes.pop_back();
+        if (node.use_count() > 1)
+            continue;
+        std::move(node->children_.begin(), node->children_.end(), std::back_inserter(nodes));
+        node->children_.clear();
+    }
+}
 
 void XmlNode::AddSub(std::shared_ptr<XmlNode> child)
 {

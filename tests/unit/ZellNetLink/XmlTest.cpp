@@ -93,6 +93,33 @@ TEST(XmlWrite, ElementsNestedTooDeepGiveNoText)
     EXPECT_EQ(outer->ToString(true), "");
 }
 
+TEST(XmlWrite, ATreeOfAnyDepthComesDownWithoutStack)
+{
+    auto root = Node("a");
+    const auto kept = root;
+    for (int i = 0; i < 1000000; ++i) {
+        auto outer = Node("a");
+        outer->AddSub(std::move(root));
+        root = std::move(outer);
+    }
+    kept->AddSub(Node("b", "c"));
+    root.reset();
+    EXPECT_EQ(kept->ToString(false), "<a><b>c</b></a>");
+}
+
+TEST(XmlWrite, AChildOfTwoParentsStandsInBoth)
+{
+    const auto child = Node("c", "x");
+    const auto first = Node("a");
+    first->AddSub(child);
+    {
+        XmlNode second("b", "");
+        second.AddSub(child);
+        EXPECT_EQ(second.ToString(false), "<b><c>x</c></b>");
+    }
+    EXPECT_EQ(first->ToString(false), "<a><c>x</c></a>");
+}
+
 class XmlRead : public testing::Test
 {
 protected:
@@ -189,6 +216,61 @@ TEST(XmlParse, AReferenceToNoLetterIsRepaired)
     CXmlProto xml;
     ASSERT_TRUE(xml.set_str("<a>x&#xD800;y</a>"));
     EXPECT_EQ(xml.get_v("/a", "-"), "x\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDy");
+}
+
+TEST(XmlParse, AReferenceToTheNumberZeroEndsItsText)
+{
+    CXmlProto xml;
+    ASSERT_TRUE(xml.set_str("<a><b>x&#0;y</b><c>z</c></a>"));
+    EXPECT_EQ(xml.get_v("/a/b", "-"), "x");
+    EXPECT_EQ(xml.get_v("/a/c", "-"), "z");
+}
+
+TEST(XmlParse, LineEndsAreLineFeedsAndReferencesCarriageReturns)
+{
+    CXmlProto xml;
+    ASSERT_TRUE(xml.set_str("<a>1\r\n2\r3\n4&#13;5&#xD;&#10;</a>"));
+    EXPECT_EQ(xml.get_v("/a", "-"), "1\n2\n3\n4\r5\r\n");
+}
+
+TEST(XmlParse, NumbersBeyondThirtyTwoBitsGiveTheLowOnes)
+{
+    CXmlProto xml;
+    ASSERT_TRUE(
+        xml.set_str("<a><n>4294967296</n><n>-4294967297</n><n>2147483648</n><n>+12</n><n>\n 9 \t</n>"
+                    "<n>1 2</n><n>-</n><n>0x10</n><n>123456789012345678901234567890</n></a>"));
+    EXPECT_EQ(xml.get_int_v("/a/n[1]", 5), 0);
+    EXPECT_EQ(xml.get_int_v("/a/n[2]", 5), -1);
+    EXPECT_EQ(xml.get_int_v("/a/n[3]", 5), -2147483647 - 1);
+    EXPECT_EQ(xml.get_int_v("/a/n[4]", 5), 12);
+    EXPECT_EQ(xml.get_int_v("/a/n[5]", 5), 9);
+    EXPECT_EQ(xml.get_int_v("/a/n[6]", 5), 5);
+    EXPECT_EQ(xml.get_int_v("/a/n[7]", 5), 5);
+    EXPECT_EQ(xml.get_int_v("/a/n[8]", 5), 5);
+    EXPECT_EQ(xml.get_int_v("/a/n[9]", 5), 1312754386);
+}
+
+TEST(XmlParse, PrefixesBelongToNamesAndNamesKeepTheirCase)
+{
+    CXmlProto xml;
+    ASSERT_TRUE(xml.set_str(R"(<x:a xmlns:x="u"><x:b>1</x:b><b>2</b><B>3</B></x:a>)"));
+    EXPECT_EQ(xml.get_int_v("/x:a/x:b", -1), 1);
+    EXPECT_EQ(xml.get_int_v("/x:a/b", -1), 2);
+    EXPECT_EQ(xml.get_int_v("/x:a/B", -1), 3);
+    EXPECT_EQ(xml.get_cnt("/a"), 0);
+    EXPECT_EQ(xml.get_cnt("/x:a/b"), 1);
+}
+
+TEST(XmlParse, AMillionSiblingsAndAFoldedDocumentTypeAreNoTrouble)
+{
+    std::string wide = "<a>";
+    for (int i = 0; i < 1000000; ++i)
+        wide += "<b/>";
+    CXmlProto xml;
+    ASSERT_TRUE(xml.set_str(wide + "</a>"));
+    EXPECT_EQ(xml.get_cnt("/a/b"), 1000000);
+    EXPECT_FALSE(IsXml("<!DOCTYPE a " + std::string(1000000, '[')));
+    EXPECT_FALSE(IsXml("<!DOCTYPE a [" + std::string(1000000, '<')));
 }
 
 TEST(XmlParse, NestingHasALimitAndNoStackOverflow)
