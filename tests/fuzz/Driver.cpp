@@ -25,8 +25,10 @@ void Run(const std::string& text, std::size_t size)
 
 int main(int argc, char** argv)
 {
-    if (argc != 2)
+    if (argc != 2) {
+        std::fprintf(stderr, "give the folder of a corpus\n");
         return 2;
+    }
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
         const std::string text = Content(entry.path());
@@ -35,5 +37,8 @@ int main(int argc, char** argv)
         Run(text, text.size() / 2);
         ++count;
     }
-    return count > 0 ? 0 : 1;
+    if (count > 0)
+        return 0;
+    std::fprintf(stderr, "%s holds no input\n", argv[1]);
+    return 1;
 }

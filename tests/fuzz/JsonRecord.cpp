@@ -1,6 +1,7 @@
 #include "FuzzTarget.h"
 #include "ZellNetLink/RapidJsonProto.h"
 
+#include <algorithm>
 #include <memory>
 
 using ZellNetLink::CRapidJsonProto;
@@ -17,6 +18,11 @@ void Read(IProto& json, const std::string& path)
     json.get_bool_v(path, false);
     const int count = json.get_cnt(path);
     fuzz::Expect(count >= 0, "a list has no negative count");
+    for (int i = 1; i <= std::min(count, 3); ++i)
+        fuzz::Expect(json.get_node(path + "[" + std::to_string(i) + "]") != nullptr,
+                     "what is counted is there");
+    fuzz::Expect(json.get_node(path + "[" + std::to_string(count + 1) + "]") == nullptr,
+                 "nothing stands behind the end of a list");
     const std::string node = json.get_node_str(path, 0);
     fuzz::Expect((json.get_node(path) == nullptr) == node.empty(), "a node that is there has a text");
     CRapidJsonProto alone;
