@@ -8,7 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <sstream>
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -22,12 +22,74 @@ constexpr char kTool[] = "wkhtmltopdf";
 constexpr char kScreen[] = "QT_QPA_PLATFORM=";
 constexpr int kLowestPriority = 19;
 
-std::vector<std::string> Arguments(const std::string& command_line)
+// The arguments of a line by the rules of the Windows C runtime, so that one line means the same everywhere.
+class ArgumentSplitter
 {
-    std::vector<std::string> words = {kTool};
-    std::istringstream line(command_line);
-    for (std::string word; line >> word;)
-        words.push_back(word);
+public:
+    explicit ArgumentSplitter(const std::string& line) : line_(line) {}
+
+    std::vector<std::string> Split()
+    {
+        std::vector<std::string> words;
+        for (SkipBlanks(); at_ < line_.size(); SkipBlanks())
+            words.push_back(TakeWord());
+        return words;
+    }
+
+private:
+    bool Is(char letter) const { return at_ < line_.size() && line_[at_] == letter; }
+    bool AtBlank() const { return Is(' ') || Is('\t'); }
+
+    void SkipBlanks()
+    {
+        while (AtBlank())
+            ++at_;
+    }
+
+    std::string TakeWord()
+    {
+        std::string word;
+        bool in_group = false;
+        while (at_ < line_.size() && (in_group || !AtBlank())) {
+            if (Is('\\'))
+                TakeBackslashes(word);
+            else if (Is('"'))
+                TakeQuote(word, in_group);
+            else
+                word += line_[at_++];
+        }
+        return word;
+    }
+
+    // In front of a double quote two of them are one letter, and one that is left over makes the quote one.
+    void TakeBackslashes(std::string& word)
+    {
+        std::size_t count = 0;
+        for (; Is('\\'); ++at_)
+            ++count;
+        word.append(Is('"') ? count / 2 : count, '\\');
+        if (Is('"') && count % 2 == 1)
+            word += line_[at_++];
+    }
+
+    // Within a group a pair of quotes is one letter.
+    void TakeQuote(std::string& word, bool& in_group)
+    {
+        ++at_;
+        if (in_group && Is('"'))
+            word += line_[at_++];
+        else
+            in_group = !in_group;
+    }
+
+    const std::string& line_;
+    std::size_t at_ = 0;
+};
+
+std::vector<std::string> ToolWords(const std::string& command_line)
+{
+    std::vector<std::string> words = ArgumentSplitter(command_line).Split();
+    words.insert(words.begin(), kTool);
     return words;
 }
 
@@ -35,7 +97,7 @@ std::vector<std::string> Arguments(const std::string& command_line)
 std::vector<std::string> Environment()
 {
     std::vector<std::string> variables;
-    for (char** variable = environ; *variable != nullptr; ++variable) {
+    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
         if (std::string_view(*variable).rfind(kScreen, 0) != 0)
             variables.emplace_back(*variable);
     }
@@ -52,7 +114,7 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
     return pointers;
 }
 
-// A group of its own, no signal blocked, the null device, no other descriptor.
+// A group of its own, no signal blocked or ignored, the null device, no other descriptor.
 class StartState
 {
 public:
@@ -63,8 +125,14 @@ public:
         sigset_t none;
         sigemptyset(&none);
         posix_spawnattr_setsigmask(&attributes_, &none);
+        sigset_t usual;
+        sigemptyset(&usual);
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM, SIGCHLD})
+            sigaddset(&usual, signal);
+        posix_spawnattr_setsigdefault(&attributes_, &usual);
         posix_spawnattr_setpgroup(&attributes_, 0);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
+        posix_spawnattr_setflags(&attributes_,
+                                 POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
         posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addopen(&files_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         posix_spawn_file_actions_addopen(&files_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
@@ -95,10 +163,10 @@ private:
 bool RunHtmlTool(const std::string& command_line)
 {
     pid_t process = -1;
-    if (!StartState().Start(Arguments(command_line), process))
+    if (!StartState().Start(ToolWords(command_line), process))
         return false;
-    // Only a wish: a system may refuse it.
-    static_cast<void>(setpriority(PRIO_PROCESS, static_cast<id_t>(process), kLowestPriority));
+    // Of the whole group, should the installed tool be a script. Only a wish: a system may refuse it.
+    static_cast<void>(setpriority(PRIO_PGRP, static_cast<id_t>(process), kLowestPriority));
     int status = 0;
     while (waitpid(process, &status, 0) == -1 && errno == EINTR) {
     }
