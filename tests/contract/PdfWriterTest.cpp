@@ -294,6 +294,63 @@ TEST_F(PdfWriterTest, PageSizeAndOrientationReachTheTool)
               "<tmp>/public/Fetchyard/<time>.pdf\n");
 }
 
+TEST_F(PdfWriterTest, OrientationOtherThanZeroAndEmptyPageSizeAreTheUsualOnes)
+{
+    for (const int orientation : {-1, 1, 2}) {
+        ExportDataNode node = Delivery({Sheet(1, {})}, true);
+        node.pdf_page_size = "";
+        node.pdf_page_orintation = orientation;
+        EXPECT_TRUE(writer_.ExportDataToFile(node));
+        EXPECT_EQ(LinesOf(TraceWithoutTime(), "wkhtmltopdf"),
+                  "wkhtmltopdf  --encoding utf-8 --page-size A4 <tmp>/public/Fetchyard/<time>.html "
+                  "<tmp>/public/Fetchyard/<time>.pdf\n")
+            << orientation;
+    }
+}
+
+TEST_F(PdfWriterTest, FolderForTheToolThatIsThereIsNotMadeAgain)
+{
+    std::filesystem::create_directories(Folder() + "public/Fetchyard");
+    EXPECT_TRUE(writer_.ExportDataToFile(Delivery({Sheet(1, {})}, true)));
+    EXPECT_EQ(fakes::CountOf("MakeFullDir"), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(Folder() + "public/Fetchyard"));
+}
+
+TEST_F(PdfWriterTest, LinkedPictureOutlastsTheLastPage)
+{
+    ExportSheet sheet = Sheet(1, {});
+    sheet.vec_rows = {{PictureCell("/p", 3)}};
+    EXPECT_TRUE(writer_.ExportDataToFile(Delivery({sheet}, true)));
+    EXPECT_EQ(Content("guid-1.jpg"), "picture");
+    EXPECT_NE(HtmlOfTheTool().find("guid-1.jpg>image</a>"), std::string::npos);
+}
+
+TEST_F(PdfWriterTest, LinkWithoutAnAddressHidesASecondOne)
+{
+    EXPECT_EQ(HtmlOfRow({PictureCell("", 3), PictureCell("", 3), Cell("x")}), "<tr><td></td><td>x</td></tr>");
+    EXPECT_EQ(LinesOf(Trace(), "log"),
+              "log5  failed itea_column->cell_name =   can not contain *PictureRequest*\n")
+        << "the second is a text by then";
+    EXPECT_EQ(HtmlOfRow({PictureCell("", 3), Cell("shown", 5)}), "<tr><td>shown</td></tr>");
+}
+
+TEST_F(PdfWriterTest, PictureBytesAreLoggedUpToTheirFirstZero)
+{
+    fakes::TheScript().pictures["/p"] = {{}, std::string("ab\0cd", 5)};
+    EXPECT_EQ(HtmlOfRow({PictureCell("/p", 2)}),
+              "<tr><td><img width=\"100\" height=\"100\" src =data:image/png;base64,YWIAY2Q=></td></tr>");
+    EXPECT_EQ(LinesOf(Trace(), "log"), "log5 SyncLoadImage  sync download image failed. image_data = ab\n");
+}
+
+TEST_F(PdfWriterTest, WriteThatFailsIsLoggedAndTheToolRunsAllTheSame)
+{
+    fakes::FailCalls("WriteFile", 1, -1);
+    EXPECT_TRUE(writer_.ExportDataToFile(Delivery({Sheet(2, {{"a"}})}, true)));
+    EXPECT_EQ(LinesOf(Trace(), "log5"),
+              "log5 Write data to file failed. file name: <tmp>/Alarm.html, receive data length: 53.\n");
+    EXPECT_EQ(fakes::CountOf("wkhtmltopdf"), 1);
+}
+
 TEST_F(PdfWriterTest, ReportsThatEndAtOnceWorkOnFilesOfTheirOwn)
 {
     std::mutex mutex;
