@@ -95,7 +95,7 @@ public:
 private:
     std::string MakeFolder(const json& request, const std::string& pointer)
     {
-        const std::string folder = FolderOf(request, save_folder_);
+        std::string folder = FolderOf(request, save_folder_);
         if (Zell::Base::FileSystem::MakeFullDir(folder.c_str()) != 0)
             violations_.push_back({pointer + "/SavePath", "the folder " + folder + " can't be made"});
         return folder;
@@ -161,6 +161,7 @@ private:
     static std::vector<ExpectedFile> FilesOf(const std::vector<Item>& items)
     {
         std::vector<ExpectedFile> files;
+        files.reserve(items.size());
         for (const Item& item : items)
             files.push_back({item.save_path + item.file_name, true, "", ExpectedFile::Content::kAny});
         return files;

@@ -91,7 +91,7 @@ bool LibraryHost::LoadPlugins(const HostOptions& options, std::string& reason)
 {
     for (const auto& [id, module] : options.plugins) {
         if (!ZellClientHost::LoadPlugin(id, module, reason)) {
-            reason = "the plug-in " + id + " can't be loaded: " + reason;
+            reason.insert(0, "the plug-in " + id + " can't be loaded: ");
             return false;
         }
         plugins_.push_back(id);

@@ -117,9 +117,12 @@ function(fetchyard_uses_regex)
     endif()
 endfunction()
 
-# fetchyard_forgives_leaks_of_others(PROGRAM): what other people's libraries never give back is no finding.
-function(fetchyard_forgives_leaks_of_others program)
+# fetchyard_forgives_others(PROGRAM): what other people's libraries never give back, or guard in a way that a sanitizer
+# does not see, is no finding.
+function(fetchyard_forgives_others program)
     if(FETCHYARD_SANITIZER STREQUAL "address")
         target_sources(${program} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/LeakSuppressions.cpp")
+    elseif(FETCHYARD_SANITIZER STREQUAL "thread")
+        target_sources(${program} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/RaceSuppressions.cpp")
     endif()
 endfunction()

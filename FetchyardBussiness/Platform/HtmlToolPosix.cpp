@@ -1,4 +1,5 @@
 #include "FetchyardBussiness/Platform/HtmlTool.h"
+#include "ZellBase/CommandLine.h"
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -22,77 +23,6 @@ constexpr char kTool[] = "wkhtmltopdf";
 constexpr char kScreen[] = "QT_QPA_PLATFORM=";
 constexpr int kLowestPriority = 19;
 
-// The arguments of a line by the rules of the Windows C runtime, so that one line means the same everywhere.
-class ArgumentSplitter
-{
-public:
-    explicit ArgumentSplitter(const std::string& line) : line_(line) {}
-
-    std::vector<std::string> Split()
-    {
-        std::vector<std::string> words;
-        for (SkipBlanks(); at_ < line_.size(); SkipBlanks())
-            words.push_back(TakeWord());
-        return words;
-    }
-
-private:
-    bool Is(char letter) const { return at_ < line_.size() && line_[at_] == letter; }
-    bool AtBlank() const { return Is(' ') || Is('\t'); }
-
-    void SkipBlanks()
-    {
-        while (AtBlank())
-            ++at_;
-    }
-
-    std::string TakeWord()
-    {
-        std::string word;
-        bool in_group = false;
-        while (at_ < line_.size() && (in_group || !AtBlank())) {
-            if (Is('\\'))
-                TakeBackslashes(word);
-            else if (Is('"'))
-                TakeQuote(word, in_group);
-            else
-                word += line_[at_++];
-        }
-        return word;
-    }
-
-    // In front of a double quote two of them are one letter, and one that is left over makes the quote one.
-    void TakeBackslashes(std::string& word)
-    {
-        std::size_t count = 0;
-        for (; Is('\\'); ++at_)
-            ++count;
-        word.append(Is('"') ? count / 2 : count, '\\');
-        if (Is('"') && count % 2 == 1)
-            word += line_[at_++];
-    }
-
-    // Within a group a pair of quotes is one letter.
-    void TakeQuote(std::string& word, bool& in_group)
-    {
-        ++at_;
-        if (in_group && Is('"'))
-            word += line_[at_++];
-        else
-            in_group = !in_group;
-    }
-
-    const std::string& line_;
-    std::size_t at_ = 0;
-};
-
-std::vector<std::string> ToolWords(const std::string& command_line)
-{
-    std::vector<std::string> words = ArgumentSplitter(command_line).Split();
-    words.insert(words.begin(), kTool);
-    return words;
-}
-
 // The tool is a Qt program: without this it would look for a display.
 std::vector<std::string> Environment()
 {
@@ -108,6 +38,7 @@ std::vector<std::string> Environment()
 std::vector<char*> Pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
@@ -163,7 +94,8 @@ private:
 bool RunHtmlTool(const std::string& command_line)
 {
     pid_t process = -1;
-    if (!StartState().Start(ToolWords(command_line), process))
+    if (!StartState().Start(Zell::Base::details::SplitCommandLine(std::string(kTool) + " " + command_line),
+                            process))
         return false;
     // Of the whole group, should the installed tool be a script. Only a wish: a system may refuse it.
     static_cast<void>(setpriority(PRIO_PGRP, static_cast<id_t>(process), kLowestPriority));

@@ -1,4 +1,4 @@
-#include "CommandLine.h"
+#include "ZellBase/CommandLine.h"
 
 #include <cstddef>
 

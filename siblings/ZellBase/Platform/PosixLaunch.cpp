@@ -1,4 +1,4 @@
-#include "CommandLine.h"
+#include "ZellBase/CommandLine.h"
 #include "NQX/NQX.h"
 #include "NQXHost/ProgramSearch.h"
 #include "NQXHost/SystemText.h"
