@@ -4,6 +4,7 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <cstdlib>
 
 using nlohmann::json;
 using namespace SystemTest;
@@ -27,6 +28,24 @@ protected:
         return QString::fromStdString(client_.ExportFolder() + name + "/" + name + ".pdf");
     }
     std::string TextOf(const std::string& name) { return Output("pdftotext", {"-raw", Pdf(name), "-"}); }
+    int PagesOf(const std::string& name)
+    {
+        const std::string info = Output("pdfinfo", {Pdf(name)});
+        return std::atoi(&info[info.find("Pages:") + 6]);
+    }
+    static std::string WithoutBlanks(std::string text)
+    {
+        const auto is_blank = [](unsigned char letter) { return letter <= ' '; };
+        text.erase(std::remove_if(text.begin(), text.end(), is_blank), text.end());
+        return text;
+    }
+    // Letters that every font has and no reader turns around, and nothing that HTML takes for its own.
+    static bool IsPlain(const std::string& text)
+    {
+        return std::all_of(text.begin(), text.end(), [](unsigned char letter) {
+            return letter < 0x80 && letter != '<' && letter != '&';
+        });
+    }
     static std::size_t CountOf(const std::string& text, const std::string& part)
     {
         std::size_t count = 0;
@@ -40,15 +59,45 @@ protected:
 
 TEST_F(ClientPdf, ReportHoldsTitlesHeadsAndEveryRow)
 {
-    const auto result = client_.RunRequests({ReportRequest(client_, "Alarms", 2, "none", 120)});
+    const auto result = client_.RunRequests({ReportRequest(client_, "Alarms", 2, "none", 70)});
     ASSERT_EQ(result.exit_code, 0) << result.output;
     EXPECT_NE(result.output.find("Alarms.pdf ("), std::string::npos) << result.output;
     const std::string text = TextOf("Alarms");
-    for (const char* part : {"Alarm report", "All times (UTC)", "120 events", "Camera", "Place"})
+    for (const char* part : {"Alarm report", "All times (UTC)", "70 events", "Camera", "Place"})
         EXPECT_NE(text.find(part), std::string::npos) << part;
-    EXPECT_GE(CountOf(text, " %"), 120u) << "each row has a confidence";
+    EXPECT_GE(CountOf(text, " %"), 70u) << "each row has a confidence";
     EXPECT_EQ(FilesBelow(client_.ExportFolder()), std::vector<std::string>{"Alarms/Alarms.pdf"});
     EXPECT_EQ(FilesBelow(client_.Path("data/Public")), std::vector<std::string>{}) << "work files are left";
+}
+
+TEST_F(ClientPdf, EveryTextOfTheCsvStandsInThePdf)
+{
+    // A row at the edge of a page may be torn in two.
+    constexpr int kRowsOfAPage = 8;
+    json csv = ReportRequest(client_, "Csv", 1, "none", kRowsOfAPage);
+    ASSERT_EQ(client_.RunRequests({ReportRequest(client_, "Pdf", 2, "none", kRowsOfAPage), csv}).exit_code,
+              0);
+    // The tool breaks words wherever a cell ends.
+    const std::string pdf = WithoutBlanks(TextOf("Pdf"));
+    const json records =
+        json::parse(Check({"csv_rows.py", QString::fromStdString(client_.ExportFolder() + "Csv/Csv.csv")}));
+    int compared = 0;
+    for (const json& record : records)
+        for (const std::string& text : record.get<std::vector<std::string>>()) {
+            if (!IsPlain(text))
+                continue;
+            EXPECT_NE(pdf.find(WithoutBlanks(text)), std::string::npos) << text;
+            ++compared;
+        }
+    EXPECT_GT(compared, 60);
+}
+
+TEST_F(ClientPdf, SmallReportIsOnePageAndALongOneSeveral)
+{
+    ASSERT_EQ(client_.RunRequests({ReportRequest(client_, "Small", 2, "none", 3)}).exit_code, 0);
+    ASSERT_EQ(client_.RunRequests({ReportRequest(client_, "Long", 2, "none", 60)}).exit_code, 0);
+    EXPECT_EQ(PagesOf("Small"), 1);
+    EXPECT_GE(PagesOf("Long"), 2);
 }
 
 TEST_F(ClientPdf, LettersOfOtherScriptsAreThere)
