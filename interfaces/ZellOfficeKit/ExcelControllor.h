@@ -72,7 +72,9 @@ public:
     ~CExcelControllorWithC();
 
     // Creates the workbook at file_path (UTF-8); the folder holds nothing of it before Close. A workbook left
-    // open is discarded first. False if the path can't be written; that answer takes a second.
+    // open is discarded; one of the same path only if the sheet that is added next is one that it has, since
+    // any other is a further sheet of the same report. False if the path can't be written; that answer takes
+    // a second.
     bool Init(const std::string& file_path, std::string folder);
     // Makes the sheet of that name current, adding it if the workbook has none yet. False without a workbook.
     bool AddSheetByName(const std::string& name);

@@ -34,13 +34,17 @@ struct CExcelControllorWithC::Impl
         return workbook->formats().Get(format.get());
     }
 
-    void Drop()
+    // Which of the two workbooks of one path goes on is told by the sheet that comes first: one that the
+    // earlier has begins the report anew, any other is a further sheet of it.
+    void ChooseWorkbook(const std::string& name)
     {
-        sheet = nullptr;
-        workbook.reset();
+        if (earlier != nullptr && !earlier->HasSheet(name))
+            workbook = std::move(earlier);
+        earlier.reset();
     }
 
     std::unique_ptr<CWorkbook> workbook;
+    std::unique_ptr<CWorkbook> earlier;  // left open at the same path
     CLogicalSheet* sheet = nullptr;
 };
 
@@ -52,7 +56,12 @@ CExcelControllorWithC::~CExcelControllorWithC() = default;
 
 bool CExcelControllorWithC::Init(const std::string& file_path, std::string /*folder*/)
 {
-    impl_->Drop();
+    if (impl_->earlier == nullptr && impl_->workbook != nullptr && impl_->workbook->file_path() == file_path)
+        impl_->earlier = std::move(impl_->workbook);
+    else if (impl_->earlier != nullptr && impl_->earlier->file_path() != file_path)
+        impl_->earlier.reset();
+    impl_->sheet = nullptr;
+    impl_->workbook.reset();
     impl_->workbook = CWorkbook::Create(file_path);
     if (impl_->workbook == nullptr)
         WaitAfterFailure();
@@ -63,6 +72,7 @@ bool CExcelControllorWithC::AddSheetByName(const std::string& name)
 {
     if (impl_->workbook == nullptr)
         return false;
+    impl_->ChooseWorkbook(name);
     CLogicalSheet* sheet = impl_->workbook->SheetNamed(name);
     if (sheet == nullptr)
         return false;
@@ -130,7 +140,9 @@ void CExcelControllorWithC::Close()
 {
     if (impl_->workbook != nullptr)
         impl_->workbook->Close();
-    impl_->Drop();
+    impl_->sheet = nullptr;
+    impl_->workbook.reset();
+    impl_->earlier.reset();
 }
 
 }  // namespace ZellOfficeKit

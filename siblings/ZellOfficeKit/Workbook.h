@@ -23,6 +23,8 @@ public:
     CWorkbook& operator=(const CWorkbook&) = delete;
     ~CWorkbook() override;
 
+    const std::string& file_path() const { return file_path_; }
+    bool HasSheet(const std::string& name) const { return sheets_.count(name) > 0; }
     // The sheet of that name, made if there is none yet; null if it can't be made.
     CLogicalSheet* SheetNamed(const std::string& name);
     CCellFormats& formats() { return formats_; }

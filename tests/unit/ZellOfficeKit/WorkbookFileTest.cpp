@@ -92,6 +92,53 @@ TEST_F(WorkbookFile, InitDiscardsAWorkbookLeftOpen)
     EXPECT_THAT(NamesInReports(), ElementsAre("s.xlsx"));
 }
 
+TEST_F(WorkbookFile, FurtherSheetOfTheSamePathBelongsToTheSameReport)
+{
+    Book book(Report("r.xlsx"));
+    for (const char* name : {"Alarms", "Doors", "Cameras"}) {
+        ASSERT_TRUE(book->Init(Report("r.xlsx"), ""));
+        ASSERT_TRUE(book->AddSheetByName(name));
+        book.Text(0, 0, std::string("first of ") + name);
+    }
+    book->AddSheetByName("Alarms");
+    book.Text(1, 0, "second of Alarms");
+    book->Close();
+    EXPECT_THAT(NamesInReports(), ElementsAre("r.xlsx"));
+    EXPECT_THAT(SheetNamesOf(Report("r.xlsx")), ElementsAre("Alarms", "Doors", "Cameras"));
+    EXPECT_EQ(CellsOf(Report("r.xlsx")), (Cells{{"A1", "first of Alarms"}, {"A2", "second of Alarms"}}));
+    EXPECT_EQ(CellsOf(Report("r.xlsx"), 3), (Cells{{"A1", "first of Cameras"}}));
+}
+
+TEST_F(WorkbookFile, SheetThatIsBegunAgainBeginsTheReportAnew)
+{
+    Book book(Report("r.xlsx"));
+    book->AddSheetByName("Alarms");
+    book.Text(0, 0, "stale");
+    book->AddSheetByName("Doors");
+    ASSERT_TRUE(book->Init(Report("r.xlsx"), ""));
+    book->AddSheetByName("Alarms");
+    book.Text(0, 0, "fresh");
+    book->Close();
+    EXPECT_THAT(SheetNamesOf(Report("r.xlsx")), ElementsAre("Alarms"));
+    EXPECT_EQ(CellsOf(Report("r.xlsx")), (Cells{{"A1", "fresh"}}));
+}
+
+TEST_F(WorkbookFile, InitThatFailsInBetweenLosesNoSheet)
+{
+    FailQuickly();
+    Book book(Report("r.xlsx"));
+    book->AddSheetByName("Alarms");
+    book.Text(0, 0, "kept");
+    std::filesystem::create_directory(Report("r.xlsx"));
+    EXPECT_FALSE(book->Init(Report("r.xlsx"), ""));
+    std::filesystem::remove(Report("r.xlsx"));
+    ASSERT_TRUE(book->Init(Report("r.xlsx"), ""));
+    ASSERT_TRUE(book->AddSheetByName("Doors"));
+    book->Close();
+    EXPECT_EQ(CellsOf(Report("r.xlsx")), (Cells{{"A1", "kept"}}));
+    EXPECT_THAT(SheetNamesOf(Report("r.xlsx")), ElementsAre("Alarms", "Doors"));
+}
+
 TEST_F(WorkbookFile, CloseWithoutAWorkbookDoesNothing)
 {
     CExcelControllorWithC excel(nullptr);
