@@ -1,19 +1,53 @@
 #pragma once
 
 #include "MultimediaComm/Export.h"
+#include "MultimediaComm/WaterMarkParam.h"
 
 #include <array>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 namespace Zell::MultimediaComm {
 
-// -1 means no overlay; any other value that the video is to be stamped.
+// -1 means no overlay; any other value that the video is to be stamped with the lines and the watermark.
 using InfoOverlayType = int;
-// Kind of the line list.
+// Kind of the line list. 1: one block; the first visible line's position places it, and the other visible
+// lines follow below, each with its own font and the block's alignment. Any other value: each line stands at
+// its own position.
 using InfoOverLineArrayType = int;
 
+// How StartCovert ended. Whatever is not 0 leaves no file under the target's name.
+enum InfoOverlayErr : int {
+    InfoOverlayDone = 0,
+    InfoOverlayStopped = 1,           // by StopCovert
+    InfoOverlayBusy = 2,              // this object stamps already, on another thread
+    InfoOverlaySourceUnreadable = 3,  // no such file, no rights, or no video file at all
+    InfoOverlayNoVideo = 4,           // no video stream, or not one picture of it can be decoded
+    InfoOverlayTargetUnwritable = 5,  // no folder, no rights, disk full, or source and target are the same
+    InfoOverlayTextUndrawable = 6,    // there is text to burn in, but no font of this machine has any of it
+    InfoOverlayFailed = 7,            // anything else: no encoder, no memory; the log has the reason
+};
+
 // One line of text to burn into a video. A plain value; all numbers are 0 and the text empty at first.
+//
+// FontSize         height of the line in pixels of the picture, gap between lines included; 0 or less: a
+//                  twentieth of the picture's height
+// ColorRGB         0 to 255 each, cut to that range; -1 (a member left out of a request) is 255
+// TransparencyNum  0 opaque to 100 invisible; cut to that range
+// ContentStr       UTF-8; a line feed begins a new line. Any script, from right to left where the text asks
+// for it PosXType, PosX   0: pixels from the left edge of the picture to the left edge of the text
+//                  1: pixels from the right edge to the right edge of the text
+//                  2: pixels by which the text is right of the middle, may be negative
+//                  10, 11, 12: the same three in ten-thousandths of the picture's width
+//                  any other type counts as 0; a negative position counts as 0, except with 2 and 12
+// PosYType, PosY   the same from the top, from the bottom, and below the middle, by the picture's height
+// BeginMilliSecond, EndMilliSecond
+//                  the line shows while begin <= t < end, t counted from the first picture of the video; a
+//                  begin of 0 or less is the start, an end of 0 or less the end of the video
+//
+// A picture that a player turns (rotation in the file) counts as turned: left is what a viewer sees as left.
 class MULTIMEDIACOMM_API InfoOverlayLineArray
 {
 public:
@@ -58,7 +92,9 @@ private:
     int end_millisecond_ = 0;
 };
 
-// What to burn into one video. The type is -1 at first.
+// What to burn into one video, and the one who does it. The type is -1 at first. One file at a time;
+// StopCovert, IsHandleAvailable and the getters of the type come from any thread, all else from the thread
+// that stamps.
 class MULTIMEDIACOMM_API InfoOverlay
 {
 public:
@@ -73,11 +109,36 @@ public:
     InfoOverLineArrayType GetInfoOverlayLineArrayType() const;
     void SetInfoOverlayLineArrayVec(const std::vector<InfoOverlayLineArray>& lines);
     std::vector<InfoOverlayLineArray> GetInfoOverlayLineArrayVec() const;
+    // The watermark that goes over the whole picture; without a call there is none.
+    void SetWaterMarkParam(const CWaterMarkParam& watermark);
+    // The file to stamp, and the file to write; UTF-8. The target is mp4 or avi by its extension, of the
+    // source's own form without one. An existing target is replaced.
+    void SetSrcFilePathStr(const std::string& path);
+    void SetDstFilePathStr(const std::string& path);
+
+    // Whether this machine can stamp: its libraries have an H.264 encoder and can draw text.
+    bool IsHandleAvailable() const;
+    // Stamps the source into the target, and returns when that is done, has failed or was stopped. The target
+    // is H.264 with the source's pictures, one for one: size, times, length, colours and rotation are kept,
+    // audio is copied (encoded as AAC only where the target's form can't hold it). It appears whole or not at
+    // all. The last error of the thread is set on failure. A source that was given to ProtectStamped yields a
+    // protected target.
+    InfoOverlayErr StartCovert();
+    // Makes a running StartCovert return within a picture; harmless, and lost, if none runs. Does not wait
+    // for it.
+    void StopCovert();
 
 private:
+    struct Run;
+
     InfoOverlayType type_ = -1;
     InfoOverLineArrayType line_array_type_ = -1;
     std::vector<InfoOverlayLineArray> lines_;
+    CWaterMarkParam watermark_;
+    std::string source_;
+    std::string target_;
+    std::mutex run_mutex_;
+    std::shared_ptr<Run> run_;  // of the StartCovert in progress
 };
 
 }  // namespace Zell::MultimediaComm

@@ -158,7 +158,7 @@ void OnCall(const std::string& operation, int number, std::function<void()> acti
 void Reset()
 {
     State& state = TheState();
-    Script former;  // destroyed behind the lock: it may hold tasks, whose end is journalled
+    Script former;  // goes in as a fresh one, comes out to be destroyed behind the lock: it may hold tasks
     const std::lock_guard<std::mutex> lock(state.mutex);
     state.recording = true;
     state.lines.clear();
@@ -167,7 +167,6 @@ void Reset()
     state.failures.clear();
     state.actions.clear();
     std::swap(former, state.script);
-    state.script = Script{};
 }
 
 Script& TheScript()

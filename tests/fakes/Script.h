@@ -36,6 +36,26 @@ struct PictureAnswer
     std::string bytes;
 };
 
+// The client's watermark.
+struct WatermarkConfig
+{
+    bool is_enabled = true;
+    bool is_adapting = false;
+    bool has_user_name = true;
+    bool has_time = false;  // of the run itself, so it differs from run to run
+    bool has_custom_content = true;
+    std::string custom_content = "confidential";
+    int red = 10;
+    int green = 20;
+    int blue = 30;
+    int font_size = 40;
+    int transparency = 50;
+    int rotation_angle = 60;
+    int space = 70;
+    int bench_width = 1280;
+    int bench_height = 720;
+};
+
 // The answers of the fakes. Set by the test before the work begins, or inside an action bound to a call on
 // the thread that does the work; the fakes take no lock.
 struct Script
@@ -73,6 +93,18 @@ struct Script
 
     // ZellPictureLoader: by address; without one the loader writes "picture"
     std::map<std::string, PictureAnswer> pictures;
+
+    // MultimediaComm and ZellPlayback: results in order, 0 when there is none left. Success writes the
+    // target, which says what was done to which content ("stamped ...", "translated ...", "watermarked ...").
+    std::deque<int> stamp_results;
+    std::deque<int> translate_results;
+    std::deque<int> watermark_results;
+    Zell::Base::Error::ErrorCode watermark_error = {20, 3};  // the last error behind such a result but 0
+    unsigned long video_length = 60000;                      // milliseconds
+    std::string captured_picture = "jpeg";
+
+    // ZellAssetBook
+    WatermarkConfig watermark;
 
     // FetchyardLogical: one answer a call, in order, or as many as are asked for
     std::deque<PageAnswer> pages;
