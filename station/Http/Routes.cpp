@@ -2,31 +2,42 @@
 
 #include "station/Endpoints/Endpoints.h"
 
+#include <algorithm>
+
 namespace Station {
 namespace {
 
-bool StartsWith(std::string_view text, std::string_view begin)
+// Takes what stands before the next slash off the path.
+std::string_view TakeStep(std::string_view& path)
 {
-    return text.substr(0, begin.size()) == begin;
+    const std::size_t slash = std::min(path.find('/'), path.size());
+    const std::string_view step = path.substr(0, slash);
+    path.remove_prefix(std::min(slash + 1, path.size()));
+    return step;
 }
 
-bool EndsWith(std::string_view text, std::string_view end)
+bool IsInBraces(std::string_view step)
 {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+    return !step.empty() && step.front() == '{' && step.back() == '}';
 }
 
-bool MatchesPath(std::string_view pattern, std::string_view path, std::string& name)
+// Leaves the texts of the steps in braces, in their order.
+bool MatchesPath(std::string_view pattern, std::string_view path, std::vector<std::string>& names)
 {
-    constexpr std::string_view kName = "{name}";
-    const std::size_t at = pattern.find(kName);
-    if (at == std::string_view::npos)
-        return pattern == path;
-    const std::string_view before = pattern.substr(0, at);
-    const std::string_view behind = pattern.substr(at + kName.size());
-    if (path.size() <= before.size() + behind.size() || !StartsWith(path, before) || !EndsWith(path, behind))
+    if (std::count(pattern.begin(), pattern.end(), '/') != std::count(path.begin(), path.end(), '/'))
         return false;
-    name = path.substr(before.size(), path.size() - before.size() - behind.size());
-    return name.find('/') == std::string::npos;
+    while (!pattern.empty()) {
+        const std::string_view wanted = TakeStep(pattern);
+        const std::string_view step = TakeStep(path);
+        if (!IsInBraces(wanted) && wanted != step)
+            return false;
+        if (!IsInBraces(wanted))
+            continue;
+        if (step.empty())
+            return false;
+        names.emplace_back(step);
+    }
+    return true;
 }
 
 }  // namespace
@@ -40,20 +51,20 @@ std::vector<Route> StationRoutes()
     return routes;
 }
 
-RouteMatch FindRoute(const std::vector<Route>& routes, std::string_view method, std::string_view path,
-                     const Route*& route, std::string& name)
+FoundRoute FindRoute(const std::vector<Route>& routes, std::string_view method, std::string_view path)
 {
-    RouteMatch best = RouteMatch::None;
+    FoundRoute best;
     for (const Route& candidate : routes) {
-        if (!MatchesPath(candidate.path, path, name))
+        std::vector<std::string> names;
+        if (!MatchesPath(candidate.path, path, names))
             continue;
         if (candidate.method != method) {
-            best = best == RouteMatch::Found ? best : RouteMatch::OtherMethod;
+            best.match = best.match == RouteMatch::Found ? best.match : RouteMatch::OtherMethod;
             continue;
         }
-        best = RouteMatch::Found;
-        route = &candidate;
-        // A path without a "{name}" fits better than any with one.
+        names.resize(2);
+        best = {RouteMatch::Found, &candidate, names[0], names[1]};
+        // A path without braces fits better than any with some.
         if (candidate.path == path)
             break;
     }

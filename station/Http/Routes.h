@@ -16,10 +16,14 @@ struct Call
     Services& services;
     const httplib::Request& request;
     httplib::Response& response;
-    std::string name;  // what stands in the place of the "{name}" of the route
+    // What stands in the places of the first and the second step in braces of the route; empty if it has
+    // none.
+    std::string name;
+    std::string second_name;
 };
 
-// An endpoint. The path may hold one "{name}", which stands for one step of a path.
+// An endpoint. The path may hold up to two steps in braces, such as "{name}", each of which stands for any
+// step.
 struct Route
 {
     std::string_view method;
@@ -33,8 +37,14 @@ struct Route
 std::vector<Route> StationRoutes();
 
 enum class RouteMatch { Found, OtherMethod, None };
-// Leaves the route and the text for its "{name}" in the out arguments.
-RouteMatch FindRoute(const std::vector<Route>& routes, std::string_view method, std::string_view path,
-                     const Route*& route, std::string& name);
+// What was found for a path. The route is there only if it was Found.
+struct FoundRoute
+{
+    RouteMatch match = RouteMatch::None;
+    const Route* route = nullptr;
+    std::string name;
+    std::string second_name;
+};
+FoundRoute FindRoute(const std::vector<Route>& routes, std::string_view method, std::string_view path);
 
 }  // namespace Station

@@ -66,22 +66,21 @@ std::string Garbage()
 void Dispatch(Services& services, const std::vector<Route>& routes, const httplib::Request& request,
               httplib::Response& response)
 {
-    const Route* route = nullptr;
-    std::string name;
     const std::string_view method = request.method == "HEAD" ? "GET" : std::string_view(request.method);
-    const RouteMatch match = FindRoute(routes, method, request.path, route, name);
+    const FoundRoute found = FindRoute(routes, method, request.path);
+    const Route* const route = found.route;
     const bool is_hidden = route != nullptr && route->is_control && !services.has_control;
-    if (match == RouteMatch::None || is_hidden) {
+    if (found.match == RouteMatch::None || is_hidden) {
         AnswerError(response, 404, StationNoSuchObject, "There is nothing at " + request.path + ".");
         return;
     }
-    if (match == RouteMatch::OtherMethod || route == nullptr) {
+    if (route == nullptr) {
         AnswerError(response, 405, StationNoSuchObject, request.method + " is not for " + request.path + ".");
         return;
     }
     if (services.require_account && !route->is_open && !HasAccount(services, request, response))
         return;
-    Call call{services, request, response, name};
+    Call call{services, request, response, found.name, found.second_name};
     route->handle(call);
 }
 
