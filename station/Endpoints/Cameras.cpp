@@ -13,8 +13,7 @@ void AnswerCameras(Call& call)
     Json list = Json::array();
     for (const Camera& camera : call.services.store.Cameras())
         list.push_back({{"Id", camera.id}, {"Name", camera.name}, {"Place", camera.place}});
-    const Json answer = {{"ErrorModule", 0}, {"ErrorCode", 0}, {"Cameras", list}};
-    call.response.set_content(answer.dump(), kJson);
+    AnswerJson(call, {{"ErrorModule", 0}, {"ErrorCode", 0}, {"Cameras", list}});
 }
 
 }  // namespace

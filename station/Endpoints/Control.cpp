@@ -11,7 +11,6 @@ namespace Station {
 namespace {
 
 using Json = nlohmann::ordered_json;
-constexpr char kDone[] = R"({"ErrorModule":0,"ErrorCode":0})";
 
 constexpr std::array<std::pair<std::string_view, FaultKind>, 7> kKinds = {{{"delay", FaultKind::Delay},
                                                                            {"status", FaultKind::Status},
@@ -64,21 +63,23 @@ bool ReadFault(const nlohmann::json& json, Fault& fault, std::string& reason)
 
 void AddFault(Call& call)
 {
-    const nlohmann::json json = nlohmann::json::parse(call.request.body, nullptr, false);
+    nlohmann::json json;
+    if (!ReadBody(call, json))
+        return;
     Fault fault;
-    std::string reason = "The fault is no JSON text.";
-    if (json.is_discarded() || !ReadFault(json, fault, reason)) {
+    std::string reason;
+    if (!ReadFault(json, fault, reason)) {
         AnswerError(call.response, 400, StationBadCondition, reason);
         return;
     }
     call.services.faults.Add(fault);
-    call.response.set_content(kDone, kJson);
+    AnswerDone(call);
 }
 
 void ClearFaults(Call& call)
 {
     call.services.faults.Clear();
-    call.response.set_content(kDone, kJson);
+    AnswerDone(call);
 }
 
 void AnswerCounts(Call& call)
@@ -87,18 +88,17 @@ void AnswerCounts(Call& call)
     Json paths = Json::object();
     for (const auto& [path, entry] : counts.by_path)
         paths[path] = {{"Count", entry.count}, {"Bytes", entry.bytes}};
-    const Json answer = {{"ErrorModule", 0},
-                         {"ErrorCode", 0},
-                         {"Connections", counts.connections},
-                         {"MostAtOnce", counts.most_at_once},
-                         {"Paths", paths}};
-    call.response.set_content(answer.dump(-1, ' ', false, Json::error_handler_t::replace), kJson);
+    AnswerJson(call, {{"ErrorModule", 0},
+                      {"ErrorCode", 0},
+                      {"Connections", counts.connections},
+                      {"MostAtOnce", counts.most_at_once},
+                      {"Paths", paths}});
 }
 
 void ResetCounts(Call& call)
 {
     call.services.counts.Reset();
-    call.response.set_content(kDone, kJson);
+    AnswerDone(call);
 }
 
 }  // namespace

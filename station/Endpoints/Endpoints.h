@@ -2,11 +2,15 @@
 
 #include "station/Http/Routes.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <string>
 #include <vector>
 
 // The endpoints, one source for each group of them.
 namespace Station {
+
+struct PasswordCheck;
 
 // The station's own error codes, module 24.
 inline constexpr int kModuleStation = 24;
@@ -22,6 +26,7 @@ std::vector<Route> ReportRoutes();
 std::vector<Route> PictureRoutes();
 std::vector<Route> CameraRoutes();
 std::vector<Route> FileRoutes();
+std::vector<Route> GeneratedRoutes();
 std::vector<Route> SyntheticRoutes();
 std::vector<Route> HealthRoutes();
 std::vector<Route> ControlRoutes();
@@ -30,5 +35,13 @@ inline constexpr char kJson[] = "application/json";
 
 // Answers {"ErrorModule":24,"ErrorCode":code,"ErrorText":text} with an HTTP status.
 void AnswerError(httplib::Response& response, int status, StationError code, const std::string& text);
+// Answers {"ErrorModule":0,"ErrorCode":0} and nothing more.
+void AnswerDone(Call& call);
+void AnswerJson(Call& call, const nlohmann::ordered_json& answer);
+
+// Reads the body of the request; answers status 400 and returns false if it is no JSON text.
+bool ReadBody(Call& call, nlohmann::json& json);
+// True if no check is asked for or it names the right account; otherwise answers the refusal.
+bool PassesPasswordCheck(Call& call, const PasswordCheck& check);
 
 }  // namespace Station

@@ -1,7 +1,5 @@
 #include "station/Endpoints/Endpoints.h"
 
-#include <nlohmann/json.hpp>
-
 namespace Station {
 namespace {
 
@@ -15,15 +13,6 @@ void AnswerHealth(Call& call)
 std::vector<Route> HealthRoutes()
 {
     return {{"GET", "/health", AnswerHealth, true}};
-}
-
-void AnswerError(httplib::Response& response, int status, StationError code, const std::string& text)
-{
-    const nlohmann::ordered_json answer = {
-        {"ErrorModule", kModuleStation}, {"ErrorCode", static_cast<int>(code)}, {"ErrorText", text}};
-    response.status = status;
-    response.set_content(answer.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace),
-                         kJson);
 }
 
 }  // namespace Station

@@ -7,31 +7,18 @@
 namespace Station {
 namespace {
 
-// Answers a wrong account; true if the condition asks for no check or names the right one.
-bool PassesPasswordCheck(Call& call, const ReportCondition& condition)
-{
-    std::string reason;
-    if (!condition.has_password_check ||
-        call.services.accounts.IsRightCiphered(condition.user_name, condition.ciphered_password, reason))
-        return true;
-    AnswerError(call.response, 200, StationWrongAccount, reason);
-    return false;
-}
-
 void AnswerEventPage(Call& call)
 {
-    const nlohmann::json json = nlohmann::json::parse(call.request.body, nullptr, false);
-    if (json.is_discarded()) {
-        AnswerError(call.response, 400, StationBadCondition, "The condition is no JSON text.");
+    nlohmann::json json;
+    if (!ReadBody(call, json))
         return;
-    }
     ReportCondition condition;
     std::string reason;
     if (!ReadCondition(json, condition, reason)) {
         AnswerError(call.response, 200, StationBadCondition, reason);
         return;
     }
-    if (!PassesPasswordCheck(call, condition))
+    if (!PassesPasswordCheck(call, condition.password_check))
         return;
     const Store::Loan database = call.services.store.Borrow();
     const EventPage page = ReadEventPage(*database, call.services.cursors, condition);

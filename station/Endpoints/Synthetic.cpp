@@ -10,11 +10,9 @@ namespace {
 
 void AnswerSyntheticPage(Call& call)
 {
-    const nlohmann::json json = nlohmann::json::parse(call.request.body, nullptr, false);
-    if (json.is_discarded()) {
-        AnswerError(call.response, 400, StationBadCondition, "The condition is no JSON text.");
+    nlohmann::json json;
+    if (!ReadBody(call, json))
         return;
-    }
     std::string reason;
     if (!call.services.synthetic.Render(json, call.response.body, reason)) {
         AnswerError(call.response, 200, StationBadCondition, reason);

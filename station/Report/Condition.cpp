@@ -11,34 +11,6 @@ namespace {
 
 using Json = nlohmann::json;
 constexpr std::int64_t kMostPages = std::numeric_limits<std::int32_t>::max();
-constexpr std::size_t kMostChoices = 1000;
-
-bool ReadText(const Json& json, const char* name, std::string& value, std::string& reason)
-{
-    const auto member = json.find(name);
-    if (member == json.end() || member->is_null())
-        return true;
-    if (!member->is_string()) {
-        reason = std::string(name) + " must be a text.";
-        return false;
-    }
-    value = member->get<std::string>();
-    return true;
-}
-
-bool ReadPointInTime(const Json& json, const char* name, std::optional<std::int64_t>& value,
-                     std::string& reason)
-{
-    std::string text;
-    if (!ReadText(json, name, text, reason))
-        return false;
-    if (text.empty())
-        return true;
-    value = ParseTime(text);
-    if (!value)
-        reason = std::string(name) + " must be a time such as 2026-01-31T09:05:07Z.";
-    return value.has_value();
-}
 
 template <typename T>
 bool ReadList(const Json& json, const char* name, bool (Json::*is_right)() const noexcept,
@@ -79,20 +51,6 @@ bool ReadPictures(const Json& json, PictureMode& mode, std::string& reason)
     return true;
 }
 
-bool ReadPasswordCheck(const Json& json, ReportCondition& condition, std::string& reason)
-{
-    const auto member = json.find("CheckPasswordRequest");
-    if (member == json.end() || member->is_null())
-        return true;
-    if (!member->is_object()) {
-        reason = "CheckPasswordRequest must be an object.";
-        return false;
-    }
-    condition.has_password_check = true;
-    return ReadText(*member, "UserName", condition.user_name, reason) &&
-           ReadText(*member, "PassWord", condition.ciphered_password, reason);
-}
-
 bool HasPage(const Json& json, std::string& reason)
 {
     for (const char* name : {"PageIndex", "PageSize"}) {
@@ -124,7 +82,53 @@ bool ReadNumber(const Json& json, const char* name, std::int64_t least, std::int
     return true;
 }
 
-bool ReadCondition(const Json& json, ReportCondition& condition, std::string& reason)
+bool ReadText(const Json& json, const char* name, std::string& value, std::string& reason)
+{
+    const auto member = json.find(name);
+    if (member == json.end() || member->is_null())
+        return true;
+    if (!member->is_string()) {
+        reason = std::string(name) + " must be a text.";
+        return false;
+    }
+    value = member->get<std::string>();
+    return true;
+}
+
+bool ReadPointInTime(const Json& json, const char* name, std::optional<std::int64_t>& value,
+                     std::string& reason)
+{
+    std::string text;
+    if (!ReadText(json, name, text, reason))
+        return false;
+    if (text.empty())
+        return true;
+    value = ParseTime(text);
+    if (!value)
+        reason = std::string(name) + " must be a time such as 2026-01-31T09:05:07Z.";
+    return value.has_value();
+}
+
+bool ReadNumbers(const Json& json, const char* name, std::vector<std::int64_t>& values, std::string& reason)
+{
+    return ReadList(json, name, &Json::is_number_integer, values, reason);
+}
+
+bool ReadPasswordCheck(const Json& json, PasswordCheck& check, std::string& reason)
+{
+    const auto member = json.find("CheckPasswordRequest");
+    if (member == json.end() || member->is_null())
+        return true;
+    if (!member->is_object()) {
+        reason = "CheckPasswordRequest must be an object.";
+        return false;
+    }
+    check.is_asked = true;
+    return ReadText(*member, "UserName", check.user_name, reason) &&
+           ReadText(*member, "PassWord", check.ciphered_password, reason);
+}
+
+bool ReadWholeCondition(const Json& json, ReportCondition& condition, std::string& reason)
 {
     if (!json.is_object()) {
         reason = "The condition must be an object.";
@@ -132,19 +136,24 @@ bool ReadCondition(const Json& json, ReportCondition& condition, std::string& re
     }
     std::int64_t limit = -1;
     const bool is_good =
-        HasPage(json, reason) && ReadNumber(json, "PageIndex", 1, kMostPages, condition.page_index, reason) &&
-        ReadNumber(json, "PageSize", 1, kMostRowsOfPage, condition.page_size, reason) &&
         ReadPointInTime(json, "BeginTime", condition.begin, reason) &&
         ReadPointInTime(json, "EndTime", condition.end, reason) &&
-        ReadList(json, "CameraIds", &Json::is_number_integer, condition.camera_ids, reason) &&
+        ReadNumbers(json, "CameraIds", condition.camera_ids, reason) &&
         ReadList(json, "EventTypes", &Json::is_string, condition.event_types, reason) &&
         ReadNumber(json, "MinLevel", 1, 5, condition.min_level, reason) &&
         ReadText(json, "Text", condition.text, reason) && ReadPictures(json, condition.pictures, reason) &&
         ReadNumber(json, "Limit", 0, std::numeric_limits<std::int32_t>::max(), limit, reason) &&
-        ReadPasswordCheck(json, condition, reason);
+        ReadPasswordCheck(json, condition.password_check, reason);
     if (limit >= 0)
         condition.limit = limit;
     return is_good;
+}
+
+bool ReadCondition(const Json& json, ReportCondition& condition, std::string& reason)
+{
+    return ReadWholeCondition(json, condition, reason) && HasPage(json, reason) &&
+           ReadNumber(json, "PageIndex", 1, kMostPages, condition.page_index, reason) &&
+           ReadNumber(json, "PageSize", 1, kMostRowsOfPage, condition.page_size, reason);
 }
 
 }  // namespace Station
