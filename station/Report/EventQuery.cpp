@@ -117,6 +117,18 @@ EventPage ReadEventPage(Database& database, PageCursors& cursors, const ReportCo
     return page;
 }
 
+void ReadEvents(Database& database, const ReportCondition& condition,
+                const std::function<bool(const Event& event)>& take)
+{
+    const Filter filter = MakeFilter(condition);
+    Statement query = database.Prepare(std::string("SELECT ") + kEventColumns + " FROM " + kEventTables +
+                                       filter.sql + " ORDER BY e.time, e.id LIMIT ?");
+    filter.BindTo(query);
+    query.Add(condition.limit.value_or(-1));
+    while (query.Step() && take(ReadEvent(query))) {
+    }
+}
+
 std::int64_t CountEvents(Database& database, const ReportCondition& condition)
 {
     const Filter filter = MakeFilter(condition);

@@ -1,32 +1,14 @@
 #include "station/Report/ReportPage.h"
 
 #include "station/Clock.h"
+#include "station/Report/EventTable.h"
 #include "station/Report/JsonText.h"
 
-#include <algorithm>
-#include <array>
 #include <string_view>
+#include <vector>
 
 namespace Station {
 namespace {
-
-struct Column
-{
-    std::string_view name;
-    int width;  // characters
-};
-
-constexpr std::array<Column, 10> kColumns = {{{"No.", 7},
-                                              {"Time", 20},
-                                              {"Camera", 22},
-                                              {"Place", 24},
-                                              {"Type", 20},
-                                              {"Level", 8},
-                                              {"Person", 24},
-                                              {"Plate", 12},
-                                              {"Confidence", 12},
-                                              {"Text", 60}}};
-constexpr Column kPictureColumn = {"Picture", 22};
 
 // Numbers of the formats of a sheet, in their order; a header format for each column comes after the last.
 enum FormatNumber {
@@ -65,64 +47,42 @@ void AppendCell(std::string& out, std::string_view text, int format)
     out += '}';
 }
 
-void AppendHeaderFormat(std::string& out, const Column& column)
+void AppendHeaderFormat(std::string& out, const ReportColumn& column)
 {
     out +=
         R"(,{"FontSize":11,"IsBold":true,"TextLocation":1,"BackgroundColor":"#DDEBF7","TextColor":"#000000",)";
     out += "\"ColumnWidth\":" + std::to_string(column.width) + "}";
 }
 
-void AppendFormats(std::string& out, bool has_pictures)
+void AppendFormats(std::string& out, PictureMode mode)
 {
     out += "\"Formats\":[";
     out += kFormats;
-    for (const Column& column : kColumns)
+    for (const ReportColumn& column : ColumnsOf(mode))
         AppendHeaderFormat(out, column);
-    if (has_pictures)
-        AppendHeaderFormat(out, kPictureColumn);
     out += ']';
-}
-
-std::string WithThousands(std::int64_t number)
-{
-    std::string text = std::to_string(number);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, ",");
-    return text;
-}
-
-std::string TimeRange(const ReportCondition& condition)
-{
-    const std::string from = condition.begin ? "from " + FormatTime(*condition.begin) : "";
-    const std::string until = condition.end ? "until " + FormatTime(*condition.end) : "";
-    if (from.empty() && until.empty())
-        return "All times (UTC)";
-    return "Time: " + from + (from.empty() || until.empty() ? "" : " ") + until + " (UTC)";
 }
 
 void AppendHead(std::string& out, const ReportCondition& condition, std::int64_t total)
 {
-    const bool has_pictures = condition.pictures != PictureMode::None;
-    const std::size_t last_column = kColumns.size() - (has_pictures ? 0 : 1);
-    const std::array<std::string, 3> titles = {"Alarm report", TimeRange(condition),
-                                               WithThousands(total) + (total == 1 ? " event" : " events")};
+    const std::vector<ReportColumn> columns = ColumnsOf(condition.pictures);
+    const std::vector<std::string> titles = TitlesOf(condition, total);
     out += ",\"Titles\":[";
     for (std::size_t i = 0; i < titles.size(); ++i) {
         out += i == 0 ? "" : ",";
         AppendCell(out, titles[i], i == 0 ? kTitle : kSubtitle);
     }
     out += "],\"Columns\":[";
-    for (std::size_t i = 0; i <= last_column; ++i) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
         out += i == 0 ? "" : ",";
-        AppendCell(out, i < kColumns.size() ? kColumns[i].name : kPictureColumn.name,
-                   kFirstHeader + static_cast<int>(i));
+        AppendCell(out, columns[i].name, kFirstHeader + static_cast<int>(i));
     }
     out += "],\"Merges\":[";
     for (std::size_t i = 0; i < titles.size(); ++i) {
         const std::string row = std::to_string(i);
         out += i == 0 ? "" : ",";
         out.append("{\"FirstRow\":").append(row).append(",\"FirstColumn\":0,\"LastRow\":").append(row);
-        out.append(",\"LastColumn\":").append(std::to_string(last_column)).append(",\"Text\":");
+        out.append(",\"LastColumn\":").append(std::to_string(columns.size() - 1)).append(",\"Text\":");
         AppendJson(out, titles[i]);
         out += ",\"Format\":" + std::to_string(i == 0 ? kTitle : kSubtitle) + "}";
     }
@@ -152,40 +112,42 @@ void AppendPicture(std::string& out, const Event& event, PictureMode mode)
     out += '}';
 }
 
+// The format of a cell; below 0 for a plain one.
+int FormatOf(CellStyle style, const Event& event)
+{
+    switch (style) {
+        case CellStyle::Number:
+            return kNumber;
+        case CellStyle::Centred:
+            return kCentred;
+        case CellStyle::Wrapped:
+            return kWrapped;
+        case CellStyle::Level:
+            return kLevel1 + LevelOf(event) - 1;
+        case CellStyle::Plain:
+        case CellStyle::Picture:
+            break;
+    }
+    return -1;
+}
+
 void AppendRow(std::string& out, const Event& event, std::int64_t number, PictureMode mode)
 {
-    out += '[';
-    AppendCell(out, std::to_string(number), kNumber);
-    out += ',';
-    AppendCell(out, FormatTime(event.time), kCentred);
-    out += ',';
-    AppendJson(out, event.camera);
-    out += ',';
-    AppendJson(out, event.place);
-    out += ',';
-    AppendJson(out, event.type);
-    out += ',';
-    AppendCell(out, std::to_string(event.level), kLevel1 + std::clamp(event.level, 1, 5) - 1);
-    out += ',';
-    AppendJson(out, event.person);
-    out += ',';
-    AppendCell(out, event.plate, kCentred);
-    out += ',';
-    AppendCell(out, std::to_string(event.confidence) + " %", kNumber);
-    out += ',';
-    AppendCell(out, event.text, kWrapped);
+    const ReportRow row(event, number);
+    for (std::size_t i = 0; i < kReportColumns.size(); ++i) {
+        out += i == 0 ? '[' : ',';
+        const int format = FormatOf(kReportColumns[i].style, event);
+        if (format < 0)
+            AppendJson(out, row[i]);
+        else
+            AppendCell(out, row[i], format);
+    }
     if (mode != PictureMode::None)
         AppendPicture(out, event, mode);
     out += ']';
 }
 
 }  // namespace
-
-std::string PictureAddress(const Event& event)
-{
-    return "/pictures/" +
-           (event.picture.empty() ? "event-" + std::to_string(event.id) + ".jpg" : event.picture);
-}
 
 std::string RenderReportPage(const ReportCondition& condition, const EventPage& page, std::int64_t total)
 {
@@ -196,7 +158,7 @@ std::string RenderReportPage(const ReportCondition& condition, const EventPage& 
     out += R"({"ErrorModule":0,"ErrorCode":0,"IsRowColumnData":true,"TotalPageIsFinished":)";
     out += page.is_last ? "true" : "false";
     out += R"(,"Sheets":[{"SheetName":"Alarms","PageIndex":)" + std::to_string(condition.page_index) + ",";
-    AppendFormats(out, condition.pictures != PictureMode::None);
+    AppendFormats(out, condition.pictures);
     if (condition.page_index == 1)
         AppendHead(out, condition, total);
     out += ",\"Rows\":[";

@@ -11,7 +11,4 @@ namespace Station {
 // The answer of one page of the alarm report, as JSON. total is looked at on page 1 only.
 std::string RenderReportPage(const ReportCondition& condition, const EventPage& page, std::int64_t total);
 
-// Address of an event's picture.
-std::string PictureAddress(const Event& event);
-
 }  // namespace Station
