@@ -5,6 +5,7 @@
 #include "station/Drawing/EventPictures.h"
 #include "station/Http/Faults.h"
 #include "station/Http/RequestCounts.h"
+#include "station/Making/Workshop.h"
 #include "station/Report/PageCursors.h"
 #include "station/Report/SyntheticReport.h"
 
@@ -15,7 +16,10 @@ namespace Station {
 // What the endpoints work with. Every member may be used from any thread.
 struct Services
 {
-    explicit Services(const std::filesystem::path& data) : store(data), accounts(store), pictures(data) {}
+    explicit Services(const std::filesystem::path& data)
+        : store(data), accounts(store), pictures(data), reports(GeneratedFolder(data))
+    {
+    }
 
     Store store;
     AccountCheck accounts;
@@ -26,6 +30,7 @@ struct Services
     RequestCounts counts;
     bool has_control = false;
     bool require_account = false;
+    Workshop reports;  // behind all that its orders work with, so that it ends first
 };
 
 }  // namespace Station

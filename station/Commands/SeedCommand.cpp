@@ -45,6 +45,7 @@ void RemoveStation(const std::filesystem::path& data)
     }
     std::filesystem::remove_all(PictureFolder(data), error);
     std::filesystem::remove_all(FileFolder(data), error);
+    std::filesystem::remove_all(GeneratedFolder(data), error);
 }
 
 }  // namespace

@@ -61,6 +61,11 @@ std::filesystem::path FileFolder(const std::filesystem::path& folder)
     return folder / "files";
 }
 
+std::filesystem::path GeneratedFolder(const std::filesystem::path& folder)
+{
+    return folder / "generated";
+}
+
 std::filesystem::path CipherKeyFile(const std::filesystem::path& folder)
 {
     return folder / "sensitive.key";

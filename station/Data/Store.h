@@ -77,6 +77,8 @@ std::filesystem::path DatabaseFile(const std::filesystem::path& folder);
 std::filesystem::path PictureFolder(const std::filesystem::path& folder);
 // Logs and other files that the station serves as they are; a person may add some.
 std::filesystem::path FileFolder(const std::filesystem::path& folder);
+// Reports that wait to be fetched.
+std::filesystem::path GeneratedFolder(const std::filesystem::path& folder);
 std::filesystem::path CipherKeyFile(const std::filesystem::path& folder);
 
 // Opens the folder's data for writing; makes the folder and the tables if they are not there. Throws

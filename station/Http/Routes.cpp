@@ -46,7 +46,7 @@ std::vector<Route> StationRoutes()
 {
     std::vector<Route> routes;
     for (const auto& group : {ReportRoutes(), PictureRoutes(), CameraRoutes(), FileRoutes(),
-                              SyntheticRoutes(), HealthRoutes(), ControlRoutes()})
+                              GeneratedRoutes(), SyntheticRoutes(), HealthRoutes(), ControlRoutes()})
         routes.insert(routes.end(), group.begin(), group.end());
     return routes;
 }
