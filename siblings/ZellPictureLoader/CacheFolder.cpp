@@ -100,6 +100,8 @@ CCacheFolder::CCacheFolder(std::string path, std::unique_ptr<CFolderLock> lock)
 CCacheFolder::~CCacheFolder()
 {
     FileSystem::RemoveDirRecursively(path_.c_str());
+    lock_ = nullptr;
+    gone_.set_value();
 }
 
 std::string CCacheFolder::NewFile()

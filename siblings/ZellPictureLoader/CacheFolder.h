@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <string>
 
@@ -26,6 +27,8 @@ public:
     // Path of a file that no one else writes.
     std::string NewFile();
     const std::string& path() const { return path_; }
+    // Ready when the folder is off the disk; to be asked for once.
+    std::future<void> Gone() { return gone_.get_future(); }
 
 private:
     CCacheFolder(std::string path, std::unique_ptr<CFolderLock> lock);
@@ -33,6 +36,7 @@ private:
     std::string path_;  // with a final "/"
     std::unique_ptr<CFolderLock> lock_;
     std::atomic<std::uint64_t> next_file_{1};
+    std::promise<void> gone_;
 };
 
 }  // namespace ZellPictureLoader

@@ -6,6 +6,8 @@
 #include "ZellPictureLoader/PictureLoader.h"
 #include "ZellPictureLoaderHost/LoaderHost.h"
 
+#include <chrono>
+#include <future>
 #include <mutex>
 #include <utility>
 
@@ -32,6 +34,16 @@ Library& TheLibrary()
 std::string DefaultCacheFolder()
 {
     return ZellClientHost::GetClientSettings().data_path + "PictureCache/";
+}
+
+// The last transfer lets go of the session, and of the folder, a moment after it has told its end.
+void End(std::shared_ptr<CSession> session)
+{
+    constexpr std::chrono::seconds patience{2};
+    const std::future<void> gone = session->folder()->Gone();
+    session->Stop();
+    session = nullptr;
+    gone.wait_for(patience);
 }
 
 }  // namespace
@@ -78,7 +90,7 @@ void UninitZellPictureLoader()
     if (Zell::Base::details::IsProcessLeaving())
         Zell::Base::details::KeepForGood(std::move(ended));
     else
-        ended->Stop();
+        End(std::move(ended));
 }
 
 void SetLoaderBounds(const LoaderBounds& bounds)
