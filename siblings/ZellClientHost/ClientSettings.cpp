@@ -5,7 +5,9 @@
 
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <mutex>
+#include <string_view>
 
 namespace ZellClientHost {
 namespace {
@@ -30,6 +32,31 @@ struct InForce
         return *in_force;
     }
 };
+
+char LowerCase(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+}
+
+bool LeadsTo(std::string_view url, std::string_view site)
+{
+    const auto same = [](char left, char right) { return LowerCase(left) == LowerCase(right); };
+    if (site.empty() || url.size() < site.size() || !std::equal(site.begin(), site.end(), url.begin(), same))
+        return false;
+    url.remove_prefix(site.size());
+    return url.empty() || url.front() == '/' || url.front() == '?' || url.front() == '#';
+}
+
+// The lock is held.
+const std::string* SiteOfUrl(const ClientSettings& settings, const std::string& url)
+{
+    const std::string* longest = nullptr;
+    for (const auto& [number, site] : settings.sites) {
+        if (LeadsTo(url, site) && (longest == nullptr || site.size() > longest->size()))
+            longest = &site;
+    }
+    return longest;
+}
 
 }  // namespace
 
@@ -75,6 +102,28 @@ bool GetSiteUrl(unsigned int site, std::string& url)
     if (found == in_force.settings.sites.end())
         return false;
     url = found->second;
+    return true;
+}
+
+bool FindSiteOfUrl(const std::string& url, std::string& site_url)
+{
+    InForce& in_force = InForce::Instance();
+    const std::lock_guard<std::mutex> lock(in_force.mutex);
+    const std::string* site = SiteOfUrl(in_force.settings, url);
+    if (site == nullptr)
+        return false;
+    site_url = *site;
+    return true;
+}
+
+bool FindAccountOfUrl(const std::string& url, std::string& user, std::string& password)
+{
+    InForce& in_force = InForce::Instance();
+    const std::lock_guard<std::mutex> lock(in_force.mutex);
+    if (SiteOfUrl(in_force.settings, url) == nullptr)
+        return false;
+    user = in_force.settings.user_name;
+    password = in_force.settings.password;
     return true;
 }
 

@@ -94,16 +94,6 @@ void AskForThumbnail(std::string& address)
     address += "thumbnail=1";
 }
 
-// The account belongs to the site: an address elsewhere must not get to see it.
-void AddAccount(const std::string& site_url, Address& address)
-{
-    if (site_url.empty() || address.url.compare(0, site_url.size() + 1, site_url + "/") != 0)
-        return;
-    const ZellClientHost::ClientSettings settings = ZellClientHost::GetClientSettings();
-    address.user = settings.user_name;
-    address.password = settings.password;
-}
-
 }  // namespace
 
 bool BuildAddress(const CImgUrlKey& key, Address& address, ErrorCode& error)
@@ -128,7 +118,7 @@ bool BuildAddress(const CImgUrlKey& key, Address& address, ErrorCode& error)
         error = ErrorCode(ZellNetLink::kModuleAnswer, ZellNetLink::SiteUnknown);
         return false;
     }
-    AddAccount(site_known ? site_url : std::string(), address);
+    ZellClientHost::FindAccountOfUrl(address.url, address.user, address.password);
     return true;
 }
 

@@ -20,18 +20,6 @@ bool StartsWithNoCase(std::string_view text, std::string_view head)
                       [](char left, char right) { return LowerCase(left) == LowerCase(right); });
 }
 
-// Whether the url leads to the site: its address, and then a path, a query or nothing. "http://site.example"
-// as a head of "http://site.example.org/" or of "http://site.example@other/" is another server.
-bool LeadsTo(std::string_view url, std::string_view site)
-{
-    while (!site.empty() && site.back() == '/')
-        site.remove_suffix(1);
-    if (site.empty() || !StartsWithNoCase(url, site))
-        return false;
-    url.remove_prefix(site.size());
-    return url.empty() || url.front() == '/' || url.front() == '?' || url.front() == '#';
-}
-
 bool IsUnreserved(char letter)
 {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
@@ -98,14 +86,7 @@ std::string WithQuery(const std::string& url, const std::map<std::string, std::s
 
 void AddAccount(ZellNetLink::HttpRequest& request)
 {
-    const ZellClientHost::ClientSettings settings = ZellClientHost::GetClientSettings();
-    const bool is_known_site =
-        std::any_of(settings.sites.begin(), settings.sites.end(),
-                    [&](const auto& site) { return LeadsTo(request.url, site.second); });
-    if (!is_known_site)
-        return;
-    request.user = settings.user_name;
-    request.password = settings.password;
+    ZellClientHost::FindAccountOfUrl(request.url, request.user, request.password);
 }
 
 }  // namespace ZellTaskKit

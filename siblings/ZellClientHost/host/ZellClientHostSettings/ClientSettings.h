@@ -37,6 +37,13 @@ ZELLCLIENTHOST_API ClientSettings GetClientSettings();
 // The address of a site, without a final "/"; false if the settings do not name it.
 ZELLCLIENTHOST_API bool GetSiteUrl(unsigned int site, std::string& url);
 
+// The address of the site to which an absolute url leads: the site's address, and then a path, a query or
+// nothing. "http://site.example" is no site of "http://site.example.org/" or "http://site.example@other/".
+// The longest one, if several fit; false if it leads to none of the settings'.
+ZELLCLIENTHOST_API bool FindSiteOfUrl(const std::string& url, std::string& site_url);
+// The account of the settings, if the url leads to one of their sites: it goes nowhere else.
+ZELLCLIENTHOST_API bool FindAccountOfUrl(const std::string& url, std::string& user, std::string& password);
+
 // Makes a loaded module known under its plug-in id; a null handle forgets it.
 ZELLCLIENTHOST_API void SetPluginHandle(const std::string& plugin_id, void* handle);
 
