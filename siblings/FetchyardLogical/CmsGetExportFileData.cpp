@@ -2,15 +2,14 @@
 
 #include "Engine/Engine.h"
 #include "Log.h"
+#include "Report/NextPage.h"
 #include "Report/PageParser.h"
 #include "Report/PictureKeys.h"
+#include "Report/ReadAhead.h"
 #include "Report/ServerCall.h"
-#include "ZellNetLink/RapidJsonProto.h"
 #include "ZellPictureLoaderHost/WarmUp.h"
 
-#include <cstdlib>
 #include <exception>
-#include <string_view>
 #include <utility>
 
 using Zell::Base::Error::ErrorCode;
@@ -23,7 +22,9 @@ namespace {
 ErrorCode FetchPage(const RequstData& request, details::ReportPage& page)
 {
     try {
-        ZellNetLink::HttpResponse answer = details::CallServer(request);
+        ZellNetLink::HttpResponse answer;
+        if (!details::TakeReadAhead(request, answer))
+            answer = details::CallServer(request);
         if (details::IsFailure(answer.error))
             return answer.error;
         return details::ParseReportPage(answer.body, request.site_id, page);
@@ -33,18 +34,10 @@ ErrorCode FetchPage(const RequstData& request, details::ReportPage& page)
     }
 }
 
-// By the rule with which the page in a request text is rewritten: the number behind the first key.
-bool AsksForFirstPage(const std::string& request)
-{
-    constexpr std::string_view key = "\"PageIndex\":";
-    const std::size_t found = request.find(key);
-    return found != std::string::npos && std::strtol(request.c_str() + found + key.size(), nullptr, 10) == 1;
-}
-
 // What is left for the write that closes the report: sheets that neither start it anew nor add to it.
 void LeaveWithoutRows(ExportDataNode& node, const std::string& request)
 {
-    if (AsksForFirstPage(request))
+    if (details::PageInRequest(request) == 1)
         node.vec_sheets.clear();
     for (ExportSheet& sheet : node.vec_sheets) {
         sheet.vec_rows.clear();
@@ -53,13 +46,35 @@ void LeaveWithoutRows(ExportDataNode& node, const std::string& request)
     }
 }
 
-void Deliver(details::ReportPage&& page, ExportDataNode& node)
+// A task asks for page after page, so the next one may come while this one is written.
+void FetchAhead(const RequstData& request)
+{
+    if (!details::IsTaskThread())
+        return;
+    RequstData next = request;
+    next.str_request = details::RequestOfNextPage(request.str_request);
+    ZellNetLink::HttpRequest call;
+    if (!next.str_request.empty() && !details::IsFailure(details::DescribeCall(next, call)))
+        details::BeginReadAhead(next, std::move(call));
+}
+
+// What the requests are copied into later has no site.
+void MakeWhole(ServerGenerateNode& server, const RequstData& asked)
+{
+    for (RequstData* request : {&server.query_request, &server.download_request, &server.delete_cache_request,
+                                &server.operate_request})
+        request->str_quern = details::WholeAddress(request->str_quern, asked);
+}
+
+void Deliver(details::ReportPage&& page, const RequstData& asked, ExportDataNode& node)
 {
     node.is_rowcolumn_data = page.is_rowcolumn_data;
     node.file_total_page_is_finished = page.is_last;
     node.vec_sheets = std::move(page.sheets);
-    if (!page.is_rowcolumn_data)
-        node.server_genareate_node = std::move(page.server);
+    if (page.is_rowcolumn_data)
+        return;
+    node.server_genareate_node = std::move(page.server);
+    MakeWhole(node.server_genareate_node, asked);
 }
 
 }  // namespace
@@ -75,30 +90,14 @@ bool CmsGetExportFileData::GetExportFileDataList(CmsGetExportFileData& data, con
         LeaveWithoutRows(data.export_data_node, request.str_request);
         return false;
     }
-    Deliver(std::move(page), data.export_data_node);
+    if (page.is_rowcolumn_data && !page.is_last)
+        FetchAhead(request);
+    Deliver(std::move(page), request, data.export_data_node);
     details::Engine::CountPage();
     const auto keys = details::PictureKeys(data.export_data_node);
     if (!keys.empty())
         ZellPictureLoader::WarmPictures(keys);
     return true;
-}
-
-bool CmsGetExportFileData::TakeOperateActionToServer(const RequstData& request)
-{
-    const ZellNetLink::HttpResponse answer = details::CallServer(request);
-    ErrorCode error = answer.error;
-    if (!details::IsFailure(error) && !answer.body.empty()) {
-        ZellNetLink::CRapidJsonProto json;
-        error = json.set_str(answer.body)
-                    ? ErrorCode(json.get_int_v("/ErrorModule", 0), json.get_int_v("/ErrorCode", 0))
-                    : ErrorCode(2, ZellNetLink::kModuleAnswer, ZellNetLink::AnswerNotUnderstood);
-    }
-    if (!details::IsFailure(error))
-        return true;
-    FETCHYARD_LOGICAL_LOG(4, "FetchyardLogical::CmsGetExportFileData::TakeOperateActionToServer",
-                          "%s failed with %d/%d", request.str_quern.c_str(), error.iFirstCode,
-                          error.iSecondCode);
-    return false;
 }
 
 }  // namespace FetchyardLogical

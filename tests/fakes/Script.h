@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,6 +28,16 @@ struct PageAnswer
     bool is_last = false;
     std::vector<FetchyardLogical::ExportSheet> sheets;
     FetchyardLogical::ServerGenerateNode server;
+};
+
+// What one question about the files that a server makes gives back: not yet, by default.
+struct PollAnswer
+{
+    bool is_ready = false;
+    bool failed = false;
+    std::list<std::string> urls;            // of gathered logs
+    FetchyardLogical::RequstData download;  // of a generated report
+    FetchyardLogical::RequstData delete_cache;
 };
 
 // What the picture loader gives back for one address: an error, or bytes.
@@ -109,7 +120,10 @@ struct Script
     // FetchyardLogical: one answer a call, in order, or as many as are asked for
     std::deque<PageAnswer> pages;
     std::function<PageAnswer()> page_source;
-    std::string configured_save_path;  // of the engine's own configuration
+    std::deque<PollAnswer> polls;  // one a question, in order, and then "not yet"
+    std::string force_log_guid = "gathering-1";
+    Zell::Base::Error::ErrorCode force_log_error;  // of a call that fails
+    std::string configured_save_path;              // of the engine's own configuration
     std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> engine_tasks;
     std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> handed_over;  // by AddTransferTask
 

@@ -2,6 +2,7 @@
 #include "Engine/Engine.h"
 #include "Engine/TaskStates.h"
 #include "Log.h"
+#include "Report/ReadAhead.h"
 #include "ZellBase/Error.h"
 #include "ZellBaseHost/ProcessExit.h"
 
@@ -110,6 +111,7 @@ void Engine::RunTask(TaskEntry& entry)
     } catch (...) {
         FailRun(entry, "an exception of unknown type");
     }
+    DropReadAhead();
     current_entry = nullptr;
 }
 

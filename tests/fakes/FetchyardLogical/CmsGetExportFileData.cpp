@@ -27,6 +27,36 @@ fakes::PageAnswer NextAnswer()
     return answer;
 }
 
+fakes::PollAnswer NextPoll()
+{
+    fakes::Script& script = fakes::TheScript();
+    if (script.polls.empty())
+        return fakes::PollAnswer();
+    fakes::PollAnswer answer = std::move(script.polls.front());
+    script.polls.pop_front();
+    return answer;
+}
+
+std::string Shown(const RequstData& request)
+{
+    std::string shown = request.str_method + " " + request.str_quern + " " + request.str_request;
+    if (request.site_id != 0)
+        shown += " site=" + std::to_string(request.site_id);
+    return shown;
+}
+
+// What a request has beside its three texts, if that is not what a fresh one has.
+std::string Addressing(const RequstData& request)
+{
+    const RequstData fresh;
+    std::string shown;
+    if (!request.task_id.empty())
+        shown += " task=" + request.task_id;
+    if (request.pattern != fresh.pattern)
+        shown += " pattern=" + std::to_string(request.pattern);
+    return shown;
+}
+
 // What a failed call leaves: sheets without rows that start nothing anew.
 void LeaveSheetsOfFailure(ExportDataNode& node)
 {
@@ -40,10 +70,7 @@ void LeaveSheetsOfFailure(ExportDataNode& node)
 
 bool CmsGetExportFileData::GetExportFileDataList(CmsGetExportFileData& data, const RequstData& request)
 {
-    std::string shown = request.str_method + " " + request.str_quern + " " + request.str_request;
-    if (request.site_id != 0)
-        shown += " site=" + std::to_string(request.site_id);
-    const bool succeeds = fakes::Call("GetExportFileDataList", shown);
+    const bool succeeds = fakes::Call("GetExportFileDataList", Shown(request));
     fakes::PageAnswer answer = NextAnswer();
     if (!succeeds || !answer.ok) {
         data.error_code = answer.error;
@@ -58,10 +85,48 @@ bool CmsGetExportFileData::GetExportFileDataList(CmsGetExportFileData& data, con
     return true;
 }
 
+bool CmsGetExportFileData::GetAllForceLog(CmsGetExportFileData& data, const RequstData& request)
+{
+    if (!fakes::Call("GetAllForceLog", Shown(request))) {
+        data.error_code = fakes::TheScript().force_log_error;
+        return false;
+    }
+    data.export_data_node.file_guid = fakes::TheScript().force_log_guid;
+    return true;
+}
+
+bool CmsGetExportFileData::CircleGetFileState(CmsGetExportFileData& data, const RequstData& request,
+                                              bool& failed)
+{
+    fakes::Call("CircleGetFileState", data.export_data_node.file_guid + " " + Shown(request));
+    const fakes::PollAnswer answer = NextPoll();
+    failed = answer.failed;
+    if (answer.is_ready)
+        data.export_data_node.file_url_list = answer.urls;
+    return answer.is_ready;
+}
+
+bool CmsGetExportFileData::GetServerFileGenerateState(const RequstData& query, RequstData& download,
+                                                      RequstData& delete_cache, bool& failed)
+{
+    fakes::Call("GetServerFileGenerateState", Shown(query) + Addressing(query));
+    const fakes::PollAnswer answer = NextPoll();
+    failed = answer.failed;
+    if (answer.is_ready) {
+        download = answer.download;
+        delete_cache = answer.delete_cache;
+    }
+    return answer.is_ready;
+}
+
+bool CmsGetExportFileData::NotifyServerDeleteCacheFile(const RequstData& request)
+{
+    return fakes::Call("NotifyServerDeleteCacheFile", Shown(request) + Addressing(request));
+}
+
 bool CmsGetExportFileData::TakeOperateActionToServer(const RequstData& request)
 {
-    return fakes::Call("TakeOperateActionToServer",
-                       request.str_method + " " + request.str_quern + " " + request.str_request);
+    return fakes::Call("TakeOperateActionToServer", Shown(request));
 }
 
 }  // namespace FetchyardLogical

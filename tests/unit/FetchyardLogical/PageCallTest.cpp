@@ -164,7 +164,7 @@ TEST_F(PageCall, AnAbsoluteAddressIsUsedAsItStands)
     EXPECT_EQ(LastAsked().path, "/elsewhere");
 }
 
-TEST_F(PageCall, TheAccountGoesToTheSiteOnly)
+TEST_F(PageCall, TheAccountGoesToTheClientsSitesOnly)
 {
     settings_.user_name = "user";
     settings_.password = "pass";
@@ -177,6 +177,10 @@ TEST_F(PageCall, TheAccountGoesToTheSiteOnly)
     ASSERT_TRUE(Call());
     EXPECT_EQ(LastAsked().account, "Basic dXNlcjpwYXNz");
     request_.site_id = 5;
+    ASSERT_TRUE(Call());
+    EXPECT_EQ(LastAsked().account, "Basic dXNlcjpwYXNz");
+    settings_.sites = {{5, "http://127.0.0.1:1"}};
+    ZellClientHost::SetClientSettings(settings_);
     ASSERT_TRUE(Call());
     EXPECT_EQ(LastAsked().account, "");
 }
@@ -264,7 +268,8 @@ TEST_F(PageCall, AServerGeneratedReportFillsItsNode)
     ASSERT_TRUE(Call());
     EXPECT_FALSE(data_.export_data_node.is_rowcolumn_data);
     EXPECT_TRUE(data_.export_data_node.vec_sheets.empty());
-    EXPECT_EQ(data_.export_data_node.server_genareate_node.query_request.str_quern, "/state");
+    EXPECT_EQ(data_.export_data_node.server_genareate_node.query_request.str_quern, Site() + "/state");
+    EXPECT_EQ(data_.export_data_node.server_genareate_node.download_request.str_quern, "");
     EXPECT_EQ(data_.export_data_node.server_genareate_node.query_request.task_id, "t");
     EXPECT_EQ(data_.export_data_node.server_genareate_node.query_request.site_id, 3);
 }
