@@ -10,6 +10,7 @@ namespace FetchyardBussiness {
 inline constexpr int kErrorModule = 20;
 enum FetchyardError : int {
     kErrorBadInput = 3,
+    kErrorLocalStoragePicture = 2316,
     kErrorPicture = 2330,
     kErrorServerGenerate = 3201,
     kErrorStopped = 3209,

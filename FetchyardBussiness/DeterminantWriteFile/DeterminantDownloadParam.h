@@ -64,6 +64,7 @@ enum ExportFileType : int {
     kCsvReport = 1,
     kPdfReport = 2,
     kTxtReport = 3,
+    kHtmlReport = 4,  // only what a server generates for a PDF
 };
 
 // Settings and progress of an export.

@@ -11,6 +11,7 @@
 #include <QProcess>
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,7 +27,7 @@ namespace FetchyardBussiness {
 // Exec runs on one engine thread and may run again on the same object; the other slots come from any thread.
 // States: 1, then 4, 5, 6 or 200; for an evidence export 7, then 10, 11, 12 or 200. The sources are named
 // after the phases: ExportRun (order of the phases), ExportPictures, ExportVideos, ExportStoredObjects,
-// ExportDockStation, ExportForceLogs, ExportPages, ExportServerFile, ExportEnd, ExportArchive,
+// ExportDockStation, ExportForceLogs, ExportPolling, ExportPages, ExportServerFile, ExportEnd, ExportArchive,
 // ExportEvidence, ExportFailures, ExportAccount and ExportControl (stop, delete, progress).
 class CDeterminantWriteFileTask : public ZellTaskKit::CDownloadTaskBase
 {
@@ -60,6 +61,14 @@ public:
     std::string GetPdfExePath();  // folder of the program; empty if it can't be found
     // Packs the export folder into an archive that takes its place. The result says nothing: always false.
     bool DoCompressWork(const std::string& name, const std::string& path, const std::string& password);
+    // Fetches the report that the server has generated, lets the server drop it, and turns HTML into the PDF
+    // that was asked for. False: that has been reported, except for a scratch folder that can't be made.
+    bool DownloadFileFromServer();
+    using EnumStoragePlace = ZellTaskKit::CFileDownloader::StoragePlace;
+    // Fetches a stored object into a file; on false the last error is that of the kind. A kind that is not
+    // known is not fetched: true.
+    bool DonloadFileFromOXTLocalStorage(int upload_type, std::string save_path, std::string url,
+                                        EnumStoragePlace place);
     // True if the evidence service accepted.
     bool UploadFilesToEvidence(const std::string& evidence_param, std::string& search_xml);
     // Publishes the list of files that failed: for hosts, for the task list, in the record.
@@ -94,8 +103,16 @@ private:
     void AdvancePage(Run& run);
     void EndAfterFailedCall(Run& run);
     bool FetchGeneratedFile(Run& run);
+    bool AwaitGeneratedFile(Run& run);
+    // False: polling is pointless, and that has been reported. ask gives whether the files are there.
+    bool PollServer(int most_polls, const std::function<bool(bool& failed)>& ask, bool& ready);
+    bool EndsAfterPolling(Run& run, bool ready);
+    bool FetchServerFile(DeterminantDownloadParam& param, const std::string& file_name);
+    void DropServerFile(const std::string& file_name);
+    bool TurnHtmlIntoPdf(const std::string& folder, const std::string& html_name);
     void FetchDockStationFiles(Run& run);
     void FetchForceLogs(Run& run);
+    void FetchLogFiles();
     void End(Run& run);
     bool EndByRequest(Run& run);
     void PackFolder(Run& run);

@@ -93,4 +93,32 @@ bool CDeterminantWriteFileTask::EndsWithStoredObject(DeterminantDownloadParam& p
     return true;
 }
 
+bool CDeterminantWriteFileTask::DonloadFileFromOXTLocalStorage(int upload_type, std::string save_path,
+                                                               std::string url, EnumStoragePlace place)
+{
+    if (!file_downloader)
+        file_downloader = std::make_shared<ZellTaskKit::CFileDownloader>();
+    if (!IsKnownUploadType(upload_type) ||
+        FetchStoredObjectFile(*file_downloader, upload_type, url, save_path, place))
+        return true;
+    switch (upload_type) {
+        case kUploadPicture:
+            LogError("download pic object file_url = %s, palce = %d", url.c_str(), place);
+            LogError("CDeterminantWriteFileTask::DonloadFileFromCairn()   EnumUpLoadType::Pic filed");
+            SetLastError(OwnError(kErrorPicture));
+            break;
+        case kUploadFile:
+            LogError("download file object file_url = %s, palce = %d", url.c_str(), place);
+            LogError("CDeterminantWriteFileTask::DonloadFileFromCairn()  EnumUpLoadType::File filed");
+            SetLastError(OwnError(kErrorFetch));
+            break;
+        default:
+            LogError("download PIC_OXT object file_url = %s, palce = %d", url.c_str(), place);
+            LogError("CDeterminantWriteFileTask::DonloadFileFromCairn()   EnumUpLoadType::PIC_OXT filed");
+            SetLastError(OwnError(kErrorLocalStoragePicture));
+            break;
+    }
+    return false;
+}
+
 }  // namespace FetchyardBussiness

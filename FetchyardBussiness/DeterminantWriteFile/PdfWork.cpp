@@ -1,6 +1,8 @@
 #include "FetchyardBussiness/DeterminantWriteFile/PdfWork.h"
 
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/Log.h"
+#include "FetchyardBussiness/Platform/HtmlTool.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellTaskKit/ClientServices.h"
 
@@ -53,6 +55,15 @@ std::string PdfCommandLine(const std::string& page_size, int orientation, const 
 {
     const std::string turned = orientation == 0 ? "  -O landscape " : " ";
     return " --encoding utf-8" + turned + "--page-size " + page_size + " " + work.html + " " + work.pdf;
+}
+
+void RunPdfTool(const PdfWork& work, const std::string& html, const std::string& page_size, int orientation)
+{
+    if (FileSystem::CopyFileW(html.c_str(), work.html.c_str(), 0) != 0)
+        LogError("copy html failed. html_path_new =%s", work.html.c_str());
+    const std::string line = PdfCommandLine(page_size, orientation, work);
+    if (!Platform::RunHtmlTool(line))
+        LogInfo("requset.str_request file = %s  failed", line.c_str());
 }
 
 }  // namespace FetchyardBussiness

@@ -20,5 +20,7 @@ bool MakePdfWorkFolder(const PdfWork& work);
 // The tool's arguments. Nothing is quoted, so a blank in the folder's name breaks them. An orientation of 0
 // is landscape, any other the tool's default.
 std::string PdfCommandLine(const std::string& page_size, int orientation, const PdfWork& work);
+// Copies the page there and lets the tool make work.pdf of it. What goes wrong is only logged.
+void RunPdfTool(const PdfWork& work, const std::string& html, const std::string& page_size, int orientation);
 
 }  // namespace FetchyardBussiness

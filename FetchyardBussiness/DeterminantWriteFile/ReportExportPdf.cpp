@@ -3,7 +3,6 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
 #include "FetchyardBussiness/DeterminantWriteFile/PdfWork.h"
 #include "FetchyardBussiness/Log.h"
-#include "FetchyardBussiness/Platform/HtmlTool.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Util.h"
 #include "ZellWidgets/ZellWidgets.h"
@@ -199,12 +198,8 @@ bool CExportReportDataToPDFFileObject::Finish(const ExportDataNode& excel_data, 
             work.folder.c_str());
         return false;
     }
-    if (FileSystem::CopyFileW(staging.path.c_str(), work.html.c_str(), 0) != 0)
-        LogError("copy html failed. html_path_new =%s", work.html.c_str());
     const std::string page_size = excel_data.pdf_page_size.empty() ? "A4" : excel_data.pdf_page_size;
-    const std::string line = PdfCommandLine(page_size, excel_data.pdf_page_orintation, work);
-    if (!Platform::RunHtmlTool(line))
-        LogInfo("requset.str_request file = %s  failed", line.c_str());
+    RunPdfTool(work, staging.path, page_size, excel_data.pdf_page_orintation);
     const std::string pdf = excel_data.file_save_path + excel_data.file_name + GetFileSuffix(kPdfReport);
     LogInfo("pdf has been created! pdf_path =%s", pdf.c_str());
     FileSystem::DeleteFileW(work.html.c_str());

@@ -12,9 +12,15 @@ enum UploadType : int {
     kUploadLocalStoragePicture = 2,
 };
 
+// EnumStoragePlace of the files that a server has gathered.
+inline constexpr int kLocalStorage = 0;
+
 bool IsKnownUploadType(int upload_type);
 
-// Fetches an object of a known type into its save_path + file_name, and waits.
+// Fetches an object of a known type into a file, and waits.
+bool FetchStoredObjectFile(ZellTaskKit::CFileDownloader& downloader, int upload_type, const std::string& url,
+                           const std::string& target, ZellTaskKit::CFileDownloader::StoragePlace place);
+// The same into the item's save_path + file_name.
 bool FetchStoredObjectFile(ZellTaskKit::CFileDownloader& downloader, const ShortVideoItem& item);
 
 }  // namespace FetchyardBussiness
