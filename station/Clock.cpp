@@ -138,6 +138,13 @@ std::string FormatTime(std::int64_t time)
     return text;
 }
 
+std::string FormatIsoTime(std::int64_t time)
+{
+    std::string text = FormatTime(time) + "Z";
+    text[text.find(' ')] = 'T';
+    return text;
+}
+
 std::string FormatTimeForFile(std::int64_t time)
 {
     const Calendar c = ToCalendar(time);

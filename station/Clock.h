@@ -25,6 +25,8 @@ std::int64_t FromCalendar(const Calendar& calendar);
 std::int64_t Now();
 // "2026-01-31 09:05:07"
 std::string FormatTime(std::int64_t time);
+// "2026-01-31T09:05:07Z"
+std::string FormatIsoTime(std::int64_t time);
 // "20260131-090507": fit for a file name.
 std::string FormatTimeForFile(std::int64_t time);
 // ISO 8601: "2026-01-31T09:05:07Z", with a fraction, an offset or a blank for the "T" too, or the date alone.

@@ -2,7 +2,9 @@
 
 #include "station/Data/Accounts.h"
 #include "station/Data/Store.h"
+#include "station/Dock/DockFiles.h"
 #include "station/Drawing/EventPictures.h"
+#include "station/Evidence/Evidence.h"
 #include "station/Http/Faults.h"
 #include "station/Http/RequestCounts.h"
 #include "station/Making/Workshop.h"
@@ -17,8 +19,15 @@ namespace Station {
 struct Services
 {
     explicit Services(const std::filesystem::path& data)
-        : store(data), accounts(store), pictures(data), reports(GeneratedFolder(data))
+        : store(data),
+          accounts(store),
+          pictures(data),
+          reports(GeneratedFolder(data)),
+          logs(GatheredFolder(data))
     {
+        const Store::Loan database = store.Borrow();
+        EnsureDockFiles(*database);
+        EnsureEvidence(*database);
     }
 
     Store store;
@@ -30,7 +39,9 @@ struct Services
     RequestCounts counts;
     bool has_control = false;
     bool require_account = false;
-    Workshop reports;  // behind all that its orders work with, so that it ends first
+    // Behind all that their orders work with, so that they end first.
+    Workshop reports;
+    Workshop logs;
 };
 
 }  // namespace Station

@@ -3,6 +3,8 @@
 #include "station/Commands/Commands.h"
 #include "station/Data/Accounts.h"
 #include "station/Data/Store.h"
+#include "station/Dock/DockFiles.h"
+#include "station/Dock/DockSeeder.h"
 #include "station/Drawing/EventPictures.h"
 #include "station/Seeding/FileSeeder.h"
 #include "station/Seeding/SiteSeeder.h"
@@ -45,7 +47,9 @@ void RemoveStation(const std::filesystem::path& data)
     }
     std::filesystem::remove_all(PictureFolder(data), error);
     std::filesystem::remove_all(FileFolder(data), error);
+    std::filesystem::remove_all(DockFolder(data), error);
     std::filesystem::remove_all(GeneratedFolder(data), error);
+    std::filesystem::remove_all(GatheredFolder(data), error);
 }
 
 }  // namespace
@@ -70,6 +74,7 @@ int SeedCommand(const CommandLine& line)
     const auto database = OpenForWriting(data);
     SeedSite(*database, plan);
     SeedFiles(*database, data);
+    SeedDock(*database, data, plan.seed, plan.end);
     SetAccount(*database, kOperator, kOperatorPassword);
     std::cout << "seeded " << plan.events << " events of " << plan.cameras << " cameras in "
               << data.u8string() << "; account " << kOperator << ", password " << kOperatorPassword

@@ -66,6 +66,11 @@ std::filesystem::path GeneratedFolder(const std::filesystem::path& folder)
     return folder / "generated";
 }
 
+std::filesystem::path GatheredFolder(const std::filesystem::path& folder)
+{
+    return folder / "gathered";
+}
+
 std::filesystem::path CipherKeyFile(const std::filesystem::path& folder)
 {
     return folder / "sensitive.key";

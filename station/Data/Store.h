@@ -79,6 +79,8 @@ std::filesystem::path PictureFolder(const std::filesystem::path& folder);
 std::filesystem::path FileFolder(const std::filesystem::path& folder);
 // Reports that wait to be fetched.
 std::filesystem::path GeneratedFolder(const std::filesystem::path& folder);
+// Logs that wait to be fetched.
+std::filesystem::path GatheredFolder(const std::filesystem::path& folder);
 std::filesystem::path CipherKeyFile(const std::filesystem::path& folder);
 
 // Opens the folder's data for writing; makes the folder and the tables if they are not there. Throws

@@ -1,11 +1,10 @@
 #include "station/Drawing/EventPictures.h"
 
 #include "station/Clock.h"
+#include "station/Drawing/Jpeg.h"
 #include "station/Drawing/Overlay.h"
 #include "station/Drawing/Scenes.h"
 #include "station/Random.h"
-
-#include <QBuffer>
 
 #include <algorithm>
 #include <fstream>
@@ -17,7 +16,6 @@ namespace {
 
 constexpr std::size_t kMostScenes = 32;
 constexpr std::uint64_t kMostKeptBytes = 2ull << 30;
-constexpr int kQuality = 80;
 
 bool ReadFile(const std::filesystem::path& path, std::string& bytes)
 {
@@ -42,16 +40,6 @@ std::uint64_t BytesIn(const std::filesystem::path& folder)
         bytes += of_entry ? 0 : size;
     }
     return bytes;
-}
-
-std::string ToJpeg(const QImage& image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "JPG", kQuality))
-        throw StoreError("The picture can't be written as JPEG; is Qt's image plug-in there?");
-    return bytes.toStdString();
 }
 
 }  // namespace

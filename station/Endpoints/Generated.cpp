@@ -1,6 +1,7 @@
 #include "station/Endpoints/Endpoints.h"
 #include "station/Generated/GeneratedReport.h"
 #include "station/Http/FileAnswer.h"
+#include "station/Making/Polls.h"
 #include "station/Services.h"
 
 #include <nlohmann/json.hpp>
@@ -59,7 +60,7 @@ void OrderReport(Call& call)
         AnswerError(call.response, 503, StationStoreFailed, "Too many reports wait to be generated.");
         return;
     }
-    if (request.ready_after_polls > 0 || request.fail_after_polls) {
+    if (order.ready_after_polls > 0 || order.fail_after_polls) {
         AnswerOrdered(call, guid, order.note, false);
         return;
     }
@@ -94,21 +95,6 @@ bool ReadTaskId(Call& call, nlohmann::json& json, std::string& guid)
 void AnswerNoTask(Call& call)
 {
     AnswerError(call.response, 200, StationNoSuchObject, "There is no such task.");
-}
-
-const char* NameOf(WorkState state)
-{
-    switch (state) {
-        case WorkState::Working:
-            return "working";
-        case WorkState::Ready:
-            return "ready";
-        case WorkState::Failed:
-            return "failed";
-        case WorkState::Stopped:
-            break;
-    }
-    return "stopped";
 }
 
 void AnswerState(Call& call)

@@ -1,5 +1,6 @@
 #include "station/Generated/GeneratedReport.h"
 
+#include "station/Making/Polls.h"
 #include "station/Report/EventQuery.h"
 #include "station/Services.h"
 
@@ -10,7 +11,6 @@
 namespace Station {
 namespace {
 
-constexpr std::int64_t kMostPolls = 1000000;
 constexpr std::size_t kLongestPageSize = 32;
 
 // It goes into the command line of whoever makes the PDF, unquoted.
@@ -39,18 +39,6 @@ void MakeReport(const GeneratedReportRequest& request, Services& services, const
 
 }  // namespace
 
-bool ReadPolls(const nlohmann::json& json, std::int64_t& ready_after, std::optional<std::int64_t>& fail_after,
-               std::string& reason)
-{
-    std::int64_t fail = -1;
-    if (!ReadNumber(json, "ReadyAfterPolls", 0, kMostPolls, ready_after, reason) ||
-        !ReadNumber(json, "FailAfterPolls", 0, kMostPolls, fail, reason))
-        return false;
-    if (fail >= 0)
-        fail_after = fail;
-    return true;
-}
-
 bool ReadGeneratedReportRequest(const nlohmann::json& json, GeneratedReportRequest& request,
                                 std::string& reason)
 {
@@ -59,7 +47,7 @@ bool ReadGeneratedReportRequest(const nlohmann::json& json, GeneratedReportReque
         !ReadNumber(json, "FileType", 0, 3, type, reason) ||
         !ReadText(json, "PdfPageSize", request.page_size, reason) ||
         !ReadNumber(json, "PdfPageOrientation", 0, 1, request.page_orientation, reason) ||
-        !ReadPolls(json, request.ready_after_polls, request.fail_after_polls, reason))
+        !ReadPolls(json, request.order, reason))
         return false;
     if (type < 0) {
         reason = "FileType is missing.";
@@ -75,10 +63,8 @@ bool ReadGeneratedReportRequest(const nlohmann::json& json, GeneratedReportReque
 
 WorkOrder OrderOf(const GeneratedReportRequest& request, Services& services)
 {
-    WorkOrder order;
+    WorkOrder order = request.order;
     order.suffix = SuffixOf(request.type);
-    order.ready_after_polls = request.ready_after_polls;
-    order.fail_after_polls = request.fail_after_polls;
     order.note =
         nlohmann::json{{"PdfPageSize", request.page_size}, {"PdfPageOrientation", request.page_orientation}}
             .dump();

@@ -17,16 +17,12 @@ struct GeneratedReportRequest
     // For whoever makes a PDF of the page; the station hands them back.
     std::string page_size = "A4";
     std::int64_t page_orientation = 1;  // 0 landscape
-    std::int64_t ready_after_polls = 1;
-    std::optional<std::int64_t> fail_after_polls;
+    WorkOrder order;                    // how long the client is kept waiting; nothing else of it
 };
 
 // False, with the reason in words, for a member with a wrong value.
 bool ReadGeneratedReportRequest(const nlohmann::json& json, GeneratedReportRequest& request,
                                 std::string& reason);
-// ReadyAfterPolls and FailAfterPolls, which other orders have as well.
-bool ReadPolls(const nlohmann::json& json, std::int64_t& ready_after, std::optional<std::int64_t>& fail_after,
-               std::string& reason);
 
 // The order to make it; its note is {"PdfPageSize":..,"PdfPageOrientation":..}. The services must outlive the
 // workshop.

@@ -1,6 +1,7 @@
 #include "station/Generated/Thumbnail.h"
 
 #include "station/Drawing/EventPictures.h"
+#include "station/Drawing/Jpeg.h"
 
 #include <QBuffer>
 #include <QImageReader>
@@ -8,7 +9,6 @@
 namespace Station {
 namespace {
 
-constexpr int kQuality = 80;
 constexpr int kDotsPerMetre = 3780;  // 96 an inch: a pixel of a sheet
 
 }  // namespace
@@ -34,10 +34,7 @@ std::string Thumbnail(EventPictures& pictures, const Event& event)
         image = image.scaledToHeight(kThumbnailHeight, Qt::SmoothTransformation);
     image.setDotsPerMeterX(kDotsPerMetre);
     image.setDotsPerMeterY(kDotsPerMetre);
-    QByteArray small;
-    QBuffer output(&small);
-    output.open(QIODevice::WriteOnly);
-    return image.save(&output, "JPG", kQuality) ? small.toStdString() : std::string();
+    return ToJpeg(image);
 }
 
 }  // namespace Station

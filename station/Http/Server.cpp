@@ -160,6 +160,7 @@ void Server::Stop()
     is_stopping_ = true;
     services_.faults.EndWaits();
     services_.reports.Close();
+    services_.logs.Close();
     // The library takes no notice of a stop that comes before it has begun.
     while (!is_running() && !is_over_)
         std::this_thread::yield();

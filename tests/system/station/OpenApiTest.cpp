@@ -10,8 +10,10 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
+#include <functional>
 #include <set>
 #include <string>
+#include <thread>
 
 using nlohmann::json;
 using namespace SystemTest;
@@ -100,6 +102,8 @@ std::vector<Example> ExamplesOf(const json& document)
 
 // Objects that are there only once they are ordered: the document shows them by these guids.
 constexpr char kTaskGuid[] = "5d2f0a4e-7c11-4b7e-9d5b-000000000001";
+constexpr char kLogsGuid[] = "5d2f0a4e-7c11-4b7e-9d5b-000000000002";
+constexpr char kEvidenceGuid[] = "5d2f0a4e-7c11-4b7e-9d5b-000000000003";
 
 void Replace(std::string& text, const std::string& old_part, const std::string& new_part)
 {
@@ -107,16 +111,34 @@ void Replace(std::string& text, const std::string& old_part, const std::string& 
         text.replace(at, old_part.size(), new_part);
 }
 
+// Logs that are ready: the order can't be waited for, so polls are.
+std::string OrderLogs(const StationProcess& station)
+{
+    json condition = {{"ReadyAfterPolls", 0}};
+    condition["FileGuid"] = station.Post("/api/v1/logs/gather", condition)["FileGuid"];
+    while (station.Post("/api/v1/logs/gather", condition)["State"] == "working")
+        std::this_thread::yield();
+    return condition["FileGuid"];
+}
+
 // The example with an object of the station for each that it shows.
 Example MadeReal(const StationProcess& station, Example example)
 {
-    const auto put = [&example](const char* shown, const std::string& real) {
+    const auto put = [&example](const char* shown, const std::function<std::string()>& make) {
+        if ((example.path + example.body).find(shown) == std::string::npos)
+            return;
+        const std::string real = make();
         Replace(example.path, shown, real);
         Replace(example.body, shown, real);
     };
-    if ((example.path + example.body).find(kTaskGuid) != std::string::npos)
-        put(kTaskGuid, station.Post("/api/v1/events/generated-report",
-                                    {{"FileType", 1}, {"ReadyAfterPolls", 0}})["ServerGenerate"]["TaskId"]);
+    put(kTaskGuid, [&station] {
+        return station.Post("/api/v1/events/generated-report",
+                            {{"FileType", 1}, {"ReadyAfterPolls", 0}})["ServerGenerate"]["TaskId"];
+    });
+    put(kLogsGuid, [&station] { return OrderLogs(station); });
+    put(kEvidenceGuid, [&station] {
+        return station.Post("/api/v1/evidence", {{"CaseNumber", "1"}, {"Title", "One"}})["EvidenceId"];
+    });
     return example;
 }
 
