@@ -9,11 +9,13 @@ extern "C" {
 #include <libavutil/dict.h>
 #include <libavutil/error.h>
 #include <libavutil/frame.h>
+#include <libavutil/log.h>
 #include <libswresample/swresample.h>
 #include <libswscale/swscale.h>
 }
 
 #include <array>
+#include <cstdarg>
 #include <memory>
 #include <string>
 
@@ -76,6 +78,13 @@ inline Frame MakeFrame()
 inline Packet MakePacket()
 {
     return Packet(av_packet_alloc());
+}
+
+// Keeps the libraries from writing to standard error of whatever process they are in; what went wrong is told
+// by what their calls return. For the whole process; any thread.
+inline void SilenceLibraries()
+{
+    av_log_set_callback([](void*, int, const char*, va_list) {});
 }
 
 // The words of an error number of the libraries.

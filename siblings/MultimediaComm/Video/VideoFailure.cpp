@@ -1,0 +1,47 @@
+#include "Video/VideoFailure.h"
+
+#include "MultimediaCommHost/AvPointers.h"
+#include "Video/VideoLog.h"
+
+namespace Zell::MultimediaComm {
+namespace {
+
+constexpr int kOwnErrors = 20;
+constexpr int kWrongInput = 3;
+constexpr int kStopped = 3209;
+
+Base::Error::ErrorCode ErrorOf(InfoOverlayErr result, int system_error)
+{
+    if (result == InfoOverlayStopped)
+        return {2, kOwnErrors, kStopped};
+    if (system_error != 0)
+        return {0, system_error};
+    return {2, kOwnErrors, kWrongInput};
+}
+
+}  // namespace
+
+VideoFailure::VideoFailure(InfoOverlayErr result, const std::string& reason, int system_error)
+    : std::runtime_error(reason), result_(result), error_(ErrorOf(result, system_error))
+{
+}
+
+int Check(int returned, InfoOverlayErr result, const std::string& what)
+{
+    if (returned >= 0)
+        return returned;
+    if (returned == AVERROR_EXIT)
+        throw VideoFailure(InfoOverlayStopped, "stopped");
+    throw VideoFailure(result, what + ": " + av::ErrorText(returned));
+}
+
+InfoOverlayErr EndOf(const char* function, const VideoFailure& failure)
+{
+    const int level =
+        failure.Result() == InfoOverlayStopped ? Base::details::kLogWarning : Base::details::kLogError;
+    WriteVideoLog(level, function, failure.what());
+    Base::Error::SetLastError(failure.Error());
+    return failure.Result();
+}
+
+}  // namespace Zell::MultimediaComm
