@@ -120,7 +120,7 @@ class Bench:
             process.wait()
 
     def seed(self, folder):
-        subprocess.run([self.bin / "station", "seed", "--data", folder / "station", "--events", "10"], check=True,
+        subprocess.run([self.bin / "station", "seed", "--data", folder / "station", "--events", "10", "--minutes", "0"], check=True,
                        stdout=subprocess.DEVNULL)
 
     def export(self, folder, url, condition, kind=1):

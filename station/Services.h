@@ -8,6 +8,8 @@
 #include "station/Http/Faults.h"
 #include "station/Http/RequestCounts.h"
 #include "station/Making/Workshop.h"
+#include "station/Recording/CutFiles.h"
+#include "station/Recording/Recordings.h"
 #include "station/Report/PageCursors.h"
 #include "station/Report/SyntheticReport.h"
 
@@ -22,17 +24,20 @@ struct Services
         : store(data),
           accounts(store),
           pictures(data),
+          cuts(data),
           reports(GeneratedFolder(data)),
           logs(GatheredFolder(data))
     {
         const Store::Loan database = store.Borrow();
         EnsureDockFiles(*database);
         EnsureEvidence(*database);
+        EnsureRecordings(*database);
     }
 
     Store store;
     AccountCheck accounts;
     EventPictures pictures;
+    CutFiles cuts;
     PageCursors cursors;
     SyntheticReports synthetic;
     FaultPlan faults;

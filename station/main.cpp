@@ -3,6 +3,10 @@
 
 #include <QString>
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 #include <exception>
 #include <iostream>
 #include <map>
@@ -11,10 +15,13 @@ namespace {
 
 constexpr char kUsage[] =
     R"(usage: station COMMAND
-  seed --data DIR [--events 4000] [--cameras 12] [--weeks 4] [--seed 1] [--end TIME] [--replace]
-      makes a site with alarm events over some weeks
+  seed --data DIR [--events 4000] [--cameras 12] [--weeks 4] [--seed 1] [--end TIME] [--minutes 3]
+       [--replace]
+      makes a site with alarm events over some weeks, and video of its last minutes
   import FOLDER --data DIR [--camera N]
       makes events of a folder of photographs (JPEG, PNG); ends with 3 if some could not be read
+  import FILE --data DIR --camera N --begin TIME
+      takes a video as what the camera recorded from that time on
   serve --data DIR [--host 127.0.0.1] [--port 0] [--port-file FILE] [--control] [--require-account] [--key FILE]
       answers until it is told to end; port 0 takes a free one, --control lets tests make it fail
   account add NAME --data DIR
@@ -57,6 +64,8 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     qInstallMessageHandler(PassSeriousMessages);
+    // The station tells itself what is wrong with a video.
+    av_log_set_level(AV_LOG_QUIET);
     try {
         return Run(argc, argv);
     } catch (const Station::UsageError& error) {

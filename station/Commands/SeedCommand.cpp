@@ -1,11 +1,14 @@
 #include "station/Clock.h"
 #include "station/Commands/Arguments.h"
 #include "station/Commands/Commands.h"
+#include "station/Commands/Fonts.h"
 #include "station/Data/Accounts.h"
 #include "station/Data/Store.h"
 #include "station/Dock/DockFiles.h"
 #include "station/Dock/DockSeeder.h"
 #include "station/Drawing/EventPictures.h"
+#include "station/Recording/Recordings.h"
+#include "station/Recording/RecordingSeeder.h"
 #include "station/Seeding/FileSeeder.h"
 #include "station/Seeding/SiteSeeder.h"
 
@@ -15,6 +18,8 @@
 namespace Station {
 namespace {
 
+constexpr int kMinutes = 3;
+constexpr int kMostMinutes = 24 * 60;
 constexpr char kOperator[] = "operator";
 constexpr char kOperatorPassword[] = "fetchyard";
 
@@ -50,18 +55,20 @@ void RemoveStation(const std::filesystem::path& data)
     std::filesystem::remove_all(DockFolder(data), error);
     std::filesystem::remove_all(GeneratedFolder(data), error);
     std::filesystem::remove_all(GatheredFolder(data), error);
+    std::filesystem::remove_all(RecordingFolder(data), error);
 }
 
 }  // namespace
 
 int SeedCommand(const CommandLine& line)
 {
-    const Arguments arguments(line, {"--data", "--events", "--cameras", "--weeks", "--seed", "--end"},
-                              {"--replace"});
+    const Arguments arguments(
+        line, {"--data", "--events", "--cameras", "--weeks", "--seed", "--end", "--minutes"}, {"--replace"});
     if (!arguments.Words().empty())
         throw UsageError("seed takes no words, only options");
     const std::filesystem::path data = arguments.Path("--data");
     const SeedPlan plan = ReadPlan(arguments);
+    const int minutes = static_cast<int>(arguments.Number("--minutes", kMinutes, 0, kMostMinutes));
     std::error_code error;
     if (std::filesystem::exists(DatabaseFile(data), error)) {
         if (!arguments.Has("--replace"))
@@ -75,6 +82,9 @@ int SeedCommand(const CommandLine& line)
     SeedSite(*database, plan);
     SeedFiles(*database, data);
     SeedDock(*database, data, plan.seed, plan.end);
+    if (minutes > 0)
+        StartFonts();
+    SeedRecordings(*database, data, plan.end, minutes);
     SetAccount(*database, kOperator, kOperatorPassword);
     std::cout << "seeded " << plan.events << " events of " << plan.cameras << " cameras in "
               << data.u8string() << "; account " << kOperator << ", password " << kOperatorPassword

@@ -1,11 +1,9 @@
 #include "station/Commands/Arguments.h"
 #include "station/Commands/Commands.h"
-#include "station/Drawing/Lettering.h"
+#include "station/Commands/Fonts.h"
 #include "station/Http/Server.h"
 #include "station/Platform/Platform.h"
 #include "station/Services.h"
-
-#include <QGuiApplication>
 
 #include <fstream>
 #include <iostream>
@@ -29,20 +27,6 @@ void WritePortFile(const std::filesystem::path& file, int port)
         std::filesystem::rename(temporary, file, error);
     if (!out || error)
         throw StoreError("The port file " + file.u8string() + " can't be written.");
-}
-
-// Letters need Qt's fonts, which need an application; pictures are drawn in memory, so no display is needed.
-// The application stays until the process ends: its platform plug-in does not free all that it made.
-void StartFonts()
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int count = 1;
-    static char name[] = "station";
-    static char* words[] = {name, nullptr};
-    static const auto* application = new QGuiApplication(count, words);
-    static_cast<void>(application);
-    Lettering::Instance();
 }
 
 }  // namespace

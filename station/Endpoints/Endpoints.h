@@ -30,6 +30,7 @@ std::vector<Route> DockRoutes();
 std::vector<Route> EvidenceRoutes();
 std::vector<Route> GeneratedRoutes();
 std::vector<Route> LogRoutes();
+std::vector<Route> RecordingRoutes();
 std::vector<Route> SyntheticRoutes();
 std::vector<Route> HealthRoutes();
 std::vector<Route> ControlRoutes();

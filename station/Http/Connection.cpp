@@ -92,6 +92,11 @@ void Connection::SetPath(const std::string& path)
     is_counted_ = true;
 }
 
+bool Connection::IsGone() const
+{
+    return Platform::HasLeft(socket_);
+}
+
 bool Connection::is_readable() const
 {
     return begin_ < end_ || Platform::WaitReadable(socket_, kReadTimeoutMs);

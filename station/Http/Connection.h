@@ -42,6 +42,8 @@ public:
     void ResetInsteadOfAnswer() { is_reset_ = true; }
     // No further request is read after this one.
     void MakeLast() { is_last_ = true; }
+    // The other side has closed the connection; what it sent before may still wait to be read.
+    bool IsGone() const;
     bool IsBroken() const { return is_broken_ || is_last_; }
 
     bool is_readable() const override;

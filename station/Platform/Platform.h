@@ -20,6 +20,8 @@ void DisableDelay(Socket socket);
 // Waits until there is something to read (or the other side is gone) for at most timeout_ms; false if nothing
 // came.
 bool WaitReadable(Socket socket, int timeout_ms);
+// Whether the other side has closed the connection and nothing waits to be read. Returns at once.
+bool HasLeft(Socket socket);
 bool WaitWritable(Socket socket, int timeout_ms);
 // Bytes moved; 0 at the other side's end; below 0 on failure. Never raises a signal.
 long Receive(Socket socket, char* data, std::size_t size);

@@ -58,6 +58,12 @@ bool WaitReadable(Socket socket, int timeout_ms)
 {
     return WaitFor(socket, POLLRDNORM, timeout_ms);
 }
+bool HasLeft(Socket socket)
+{
+    char byte = 0;
+    return WaitReadable(socket, 0) && ::recv(socket, &byte, 1, MSG_PEEK) <= 0;
+}
+
 bool WaitWritable(Socket socket, int timeout_ms)
 {
     return WaitFor(socket, POLLWRNORM, timeout_ms);

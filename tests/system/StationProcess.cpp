@@ -33,7 +33,7 @@ std::filesystem::path TemplateFolder(int events)
     QTemporaryDir making(QString::fromStdString((all / "making-XXXXXX").string()));
     const QString data = making.filePath("data");
     const ProgramResult result =
-        RunStation({"seed", "--data", data, "--events", QString::number(events), "--end", kEnd});
+        RunStation({"seed", "--data", data, "--events", QString::number(events), "--end", kEnd, "--minutes", "1"});
     if (result.exit_code != 0)
         Fail("the station can't be seeded: " + result.errors);
     std::error_code error;

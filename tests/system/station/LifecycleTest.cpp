@@ -20,7 +20,7 @@ protected:
     std::string SeededData()
     {
         const std::string data = folder_.filePath("data").toStdString();
-        EXPECT_EQ(RunStation({"seed", "--data", QString::fromStdString(data), "--events", "300"}).exit_code,
+        EXPECT_EQ(RunStation({"seed", "--data", QString::fromStdString(data), "--events", "300", "--minutes", "0"}).exit_code,
                   0);
         return data;
     }

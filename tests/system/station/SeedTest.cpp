@@ -22,7 +22,8 @@ protected:
     QString Data(const char* name) const { return folder_.filePath(name); }
     static QStringList Words(const QString& data, const QStringList& more)
     {
-        return QStringList{"seed", "--data", data, "--end", "2026-02-01T00:00:00Z"} + more;
+        return QStringList{"seed", "--data", data, "--end", "2026-02-01T00:00:00Z", "--minutes", "0"} +
+               more;
     }
 
     QTemporaryDir folder_;
