@@ -10,27 +10,33 @@ namespace {
 
 constexpr long kMaxIdleConnections = 8;
 constexpr int kPollMs = 60000;
+constexpr int kCancelPollMs = 40;  // how long a transfer may move on after it was cancelled
 constexpr std::size_t kMaxFreeLanes = 64;
 
-void Pause(CURLM* multi)
+void Pause(CURLM* multi, int milliseconds)
 {
     const Zell::Base::details::CBlockedMark blocked;
-    curl_multi_poll(multi, nullptr, 0, kPollMs, nullptr);
+    curl_multi_poll(multi, nullptr, 0, milliseconds, nullptr);
 }
 
-// To the end of the one transfer that was added.
-CURLcode Move(CURLM* multi)
+// To the end of the one transfer that was added; false if it was cancelled.
+bool Move(CURLM* multi, const HttpTransfer& transfer, CURLcode& result)
 {
-    for (;;) {
+    while (!transfer.IsCancelled()) {
         int running = 0;
-        if (curl_multi_perform(multi, &running) != CURLM_OK)
-            return CURLE_OUT_OF_MEMORY;
+        if (curl_multi_perform(multi, &running) != CURLM_OK) {
+            result = CURLE_OUT_OF_MEMORY;
+            return true;
+        }
         int left = 0;
         const CURLMsg* message = curl_multi_info_read(multi, &left);
-        if (message != nullptr && message->msg == CURLMSG_DONE)
-            return message->data.result;
-        Pause(multi);
+        if (message != nullptr && message->msg == CURLMSG_DONE) {
+            result = message->data.result;
+            return true;
+        }
+        Pause(multi, transfer.CanBeCancelled() ? kCancelPollMs : kPollMs);
     }
+    return false;
 }
 
 }  // namespace
@@ -41,11 +47,15 @@ void HttpLanes::Run(HttpTransfer& transfer)
     CURLcode result = lane.multi == nullptr ? CURLE_FAILED_INIT : transfer.Prepare(lane.easy);
     if (result == CURLE_OK && curl_multi_add_handle(lane.multi, lane.easy) != CURLM_OK)
         result = CURLE_FAILED_INIT;
+    bool is_over = true;
     if (result == CURLE_OK) {
-        result = Move(lane.multi);
+        is_over = Move(lane.multi, transfer, result);
         curl_multi_remove_handle(lane.multi, lane.easy);
     }
-    transfer.Finish(result);
+    if (is_over)
+        transfer.Finish(result);
+    else
+        transfer.FinishCancelled();
     if (result == CURLE_OK) {
         curl_easy_reset(lane.easy);
     } else {

@@ -186,6 +186,9 @@ CURLcode HttpTransfer::PrepareLimits()
 {
     Options options(easy_);
     options.Set(CURLOPT_CONNECTTIMEOUT_MS, kConnectTimeoutMs);
+    // Otherwise its end would wait until the server's name is known.
+    if (CanBeCancelled())
+        options.Set(CURLOPT_QUICK_EXIT, 1L);
     if (request_.timeout_ms > 0)
         options.Set(CURLOPT_TIMEOUT_MS, static_cast<long>(request_.timeout_ms));
     else

@@ -36,6 +36,10 @@ public:
 
     // Describes the request to the handle. A failure is libcurl's code.
     CURLcode Prepare(CURL* easy);
+    // Whether whoever waits for it may end it, and does.
+    bool CanBeCancelled() const { return static_cast<bool>(request_.is_cancelled); }
+    bool IsCancelled() const { return request_.is_cancelled && request_.is_cancelled(); }
+
     // Calls done with the outcome. Once.
     void Finish(CURLcode code);
     void FinishCancelled();

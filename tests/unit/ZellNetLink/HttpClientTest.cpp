@@ -465,6 +465,33 @@ TEST(HttpStart, ACancelledTransferIsToldSo)
     gate.Open();
 }
 
+TEST(HttpClient, WhoWaitsEndsATransferOfWhichNothingComes)
+{
+    Gate gate;
+    HttpTestServer server([&gate](const TestRequest& asked) {
+        if (asked.target == "/silent")
+            gate.Wait();
+        return Answer(200, "x");
+    });
+    HttpRequest request;
+    request.url = server.Url("/silent");
+    int asked = 0;
+    request.is_cancelled = [&asked] { return ++asked == 3; };
+    ExpectError(HttpClient::Instance().Perform(request), 23, ZellNetLink::Cancelled);
+    EXPECT_EQ(asked, 3);
+    gate.Open();
+    EXPECT_EQ(Get(server.Url("/other")).body, "x");
+}
+
+TEST(HttpClient, TransferThatMayBeCancelledButIsNotArrives)
+{
+    HttpTestServer server(Echo);
+    HttpRequest request;
+    request.url = server.Url("/a");
+    request.is_cancelled = [] { return false; };
+    EXPECT_EQ(HttpClient::Instance().Perform(request).body, "GET /a ");
+}
+
 TEST(HttpStart, FailuresToBeginAreToldAndLetOthersBegin)
 {
     HttpTestServer server(Echo);

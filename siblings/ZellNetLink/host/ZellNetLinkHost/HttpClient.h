@@ -45,6 +45,9 @@ struct HttpRequest
     std::int64_t range_from = 0;         // above 0: asks for the bytes from there on
     // Of Start: somebody waits for the answer, so it does not take turns with the others of that server.
     bool urgent = false;
+    // Of Perform: asked on the calling thread, some 20 times a second at least; true ends the transfer with
+    // Cancelled, also while the server is looked for or says nothing. May be empty.
+    std::function<bool()> is_cancelled;
     // Where the body goes, if not to HttpResponse::body: called on the thread that moves the transfer, piece
     // by piece, only for a status of 200 to 299; false ends the transfer. start is the offset of the first
     // byte: 0, or range_from if the server's Content-Range confirms it. A part
