@@ -13,9 +13,9 @@ namespace Zell::MultimediaComm {
 
 // -1 means no overlay; any other value that the video is to be stamped with the lines and the watermark.
 using InfoOverlayType = int;
-// Kind of the line list. 1: one block; the first visible line's position places it, and the other visible
-// lines follow below, each with its own font and the block's alignment. Any other value: each line stands at
-// its own position.
+// Kind of the line list. 1: the lines that show form one block, each below the one before, with a font of its
+// own; the position of the first of them is that of the whole block. Any other value: each line stands at its
+// own position.
 using InfoOverLineArrayType = int;
 
 // How StartCovert ended. Whatever is not 0 leaves no file under the target's name.
@@ -36,8 +36,8 @@ enum InfoOverlayErr : int {
 //                  twentieth of the picture's height
 // ColorRGB         0 to 255 each, cut to that range; -1 (a member left out of a request) is 255
 // TransparencyNum  0 opaque to 100 invisible; cut to that range
-// ContentStr       UTF-8; a line feed begins a new line. Any script, from right to left where the text asks
-// for it PosXType, PosX   0: pixels from the left edge of the picture to the left edge of the text
+// ContentStr       UTF-8; a line feed begins a new line. Any script, in the direction that it asks for
+// PosXType, PosX   0: pixels from the left edge of the picture to the left edge of the text
 //                  1: pixels from the right edge to the right edge of the text
 //                  2: pixels by which the text is right of the middle, may be negative
 //                  10, 11, 12: the same three in ten-thousandths of the picture's width
@@ -46,6 +46,10 @@ enum InfoOverlayErr : int {
 // BeginMilliSecond, EndMilliSecond
 //                  the line shows while begin <= t < end, t counted from the first picture of the video; a
 //                  begin of 0 or less is the start, an end of 0 or less the end of the video
+//
+// A text too wide for the room beside its position is drawn smaller, down to 4 pixels. Text has a thin rim,
+// dark around a light colour and light around a dark one. A letter that no font has shows as a box, and is
+// logged.
 //
 // A picture that a player turns (rotation in the file) counts as turned: left is what a viewer sees as left.
 class MULTIMEDIACOMM_API InfoOverlayLineArray

@@ -78,6 +78,21 @@ OverlayScene::OverlayScene(const OverlayContent& content, int width, int height,
         tile_text_ = JoinedLines(watermark.GetVal_water_mark_contents());
     if (!tile_text_.empty())
         PlanTiles(renderer);
+    for (const InfoOverlayLineArray& line : content_.lines)
+        line_items_.push_back(FittedItem(line, renderer));
+}
+
+// A text too wide for the room beside its position gets smaller: all of it is to be read.
+TextItem OverlayScene::FittedItem(const InfoOverlayLineArray& line, TextRenderer& renderer) const
+{
+    TextItem item = LineItem(line);
+    const double left = item.x;
+    const double right = width_ - item.x;
+    const double room = item.column == 0 ? right : item.column == 2 ? left : 2 * std::min(left, right);
+    const double width = renderer.WidthOf(item.text, item.line_height);
+    if (room > 0 && width > room)
+        item.line_height = std::max(kSmallestLine, item.line_height * room / width);
+    return item;
 }
 
 bool OverlayScene::IsBlank() const
@@ -220,7 +235,7 @@ void OverlayScene::AddBlock(std::vector<TextItem>& items) const
     std::vector<TextItem> block;
     double height = 0;
     for (const std::size_t index : visible_) {
-        block.push_back(LineItem(content_.lines[index]));
+        block.push_back(line_items_[index]);
         height += block.back().line_height * LinesIn(block.back().text);
     }
     if (block.empty())
@@ -262,7 +277,7 @@ std::vector<TextItem> OverlayScene::Items() const
         return items;
     }
     for (const std::size_t index : visible_)
-        items.push_back(LineItem(content_.lines[index]));
+        items.push_back(line_items_[index]);
     return items;
 }
 

@@ -46,6 +46,7 @@ private:
     bool AdaptTiles(const Brightness& brightness);
     int BrightnessBelow(const Tile& tile, const Brightness& brightness) const;
     TextItem LineItem(const InfoOverlayLineArray& line) const;
+    TextItem FittedItem(const InfoOverlayLineArray& line, TextRenderer& renderer) const;
     void AddBlock(std::vector<TextItem>& items) const;
 
     OverlayContent content_;
@@ -56,6 +57,7 @@ private:
     double tile_width_ = 0;
     double tile_height_ = 0;
     std::vector<Tile> tiles_;
+    std::vector<TextItem> line_items_;  // one for each line of the content
     std::vector<std::size_t> visible_;
     bool is_begun_ = false;
     std::int64_t next_look_ = 0;

@@ -122,7 +122,9 @@ av::Frame PictureFitter::Fit(const AVFrame& decoded)
     } else {
         // A decoder still looks at what it has given out, so this is a copy, but of the bytes alone.
         picture = NewPicture(width_, height_, decoded);
-        Check(av_frame_copy(picture.get(), &decoded), InfoOverlayFailed, "picture");
+        const std::uint8_t* planes[4] = {decoded.data[0], decoded.data[1], decoded.data[2], nullptr};
+        av_image_copy(picture->data, picture->linesize, planes, decoded.linesize, AV_PIX_FMT_YUV420P, width_,
+                      height_);
     }
     if (!is_form && is_odd)
         picture = Pad(*picture);

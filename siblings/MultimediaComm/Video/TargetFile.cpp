@@ -57,6 +57,9 @@ TargetFile::TargetFile(const std::string& path, const SourceFile& source, const 
     output_.reset(context);
     context->pb = file_.Io();
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    // Sound that begins a little before the first picture would else move all pictures of an AVI by one.
+    if (IsAvi())
+        context->avoid_negative_ts = AVFMT_AVOID_NEG_TS_DISABLED;
 }
 
 bool TargetFile::IsAvi() const
