@@ -83,6 +83,8 @@ Light LightAt(const Scene& scene, int hour)
 QImage DrawScene(const Scene& scene, std::uint64_t seed, Light light)
 {
     QImage image(kPictureWidth, kPictureHeight, QImage::Format_RGB32);
+    // The soft edges of what is drawn leave some of a corner's pixel as it was.
+    image.fill(Qt::black);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
