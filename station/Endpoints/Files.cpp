@@ -41,10 +41,9 @@ void AnswerOptional(Call& call, const std::optional<FileSource>& source)
         AnswerNotThere(call);
 }
 
-// The name is one step of a path, as the route has it, and so can't lead out of the folder but for "..".
 std::optional<FileSource> StoredFile(Call& call)
 {
-    if (call.name.front() == '.' || call.name.find('\\') != std::string::npos)
+    if (!IsFileName(call.name))
         return std::nullopt;
     return SourceOfFile(FileFolder(call.services.store.Folder()) / std::filesystem::u8path(call.name));
 }

@@ -63,15 +63,12 @@ void GatherLogs(Call& call)
         AnswerGathering(call, request.guid);
 }
 
-// The name is one step of a path; ".." and a backslash lead nowhere, since no file of the folder has such a
-// name.
 void AnswerLog(Call& call)
 {
     const auto folder = call.services.logs.Find(call.name);
     const std::string& name = call.second_name;
-    const bool is_plain = name.front() != '.' && name.find('\\') == std::string::npos;
     const auto source =
-        folder && is_plain ? SourceOfFile(*folder / std::filesystem::u8path(name)) : std::nullopt;
+        folder && IsFileName(name) ? SourceOfFile(*folder / std::filesystem::u8path(name)) : std::nullopt;
     if (source)
         AnswerSource(call, *source);
     else

@@ -3,6 +3,7 @@
 #include "station/Http/Connection.h"
 #include "station/Random.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstring>
@@ -121,6 +122,13 @@ void SendPart(httplib::Response& response, const FileSource& source, const ByteR
 }
 
 }  // namespace
+
+bool IsFileName(std::string_view name)
+{
+    return !name.empty() && name.front() != '.' && std::none_of(name.begin(), name.end(), [](char letter) {
+        return letter == '/' || letter == '\\' || static_cast<unsigned char>(letter) < 0x20;
+    });
+}
 
 std::optional<FileSource> SourceOfFile(const std::filesystem::path& path)
 {

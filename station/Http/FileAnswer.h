@@ -23,6 +23,9 @@ struct FileSource
     std::function<bool(std::uint64_t offset, char* data, std::size_t size)> read;
 };
 
+// False for a name that leads somewhere else than to a file of its folder: "..", a hidden file, one with a
+// slash, a backslash or a control character.
+bool IsFileName(std::string_view name);
 // A file of the disk; nothing if it is not there or no plain file.
 std::optional<FileSource> SourceOfFile(const std::filesystem::path& path);
 FileSource SourceOfBytes(std::string bytes, const std::string& type);
