@@ -57,13 +57,23 @@ protected:
                   {"ClientGuid", ""},
                   {"ClientHardwareCode", ""}}}};
     }
+    // The same for every order that a person's account stands behind.
+    static std::vector<std::pair<std::string, json>> Orders(const json& condition)
+    {
+        json whole = condition;
+        whole["FileType"] = 1;
+        return {{kReport, condition},
+                {"/api/v1/events/generated-report", whole},
+                {"/api/v1/logs/gather", condition}};
+    }
     static void ExpectRefused(const json& answer, const std::string& word)
     {
         EXPECT_EQ(answer["status"], 200);
         EXPECT_EQ(answer["ErrorModule"], 24) << answer;
         EXPECT_EQ(answer["ErrorCode"], 2) << answer;
         EXPECT_NE(answer["ErrorText"].get<std::string>().find(word), std::string::npos) << answer;
-        EXPECT_FALSE(answer.contains("Sheets"));
+        for (const char* result : {"Sheets", "ServerGenerate", "FileGuid"})
+            EXPECT_FALSE(answer.contains(result)) << result;
     }
     static int StatusAs(const StationProcess& station, const std::string& path, const std::string& user,
                         const std::string& password)
@@ -145,11 +155,34 @@ TEST_F(StationAccounts, CipheredPasswordPassesWithTheSharedKey)
 {
     const StationProcess station;
     station.Trust(WriteKey(kKey));
-    EXPECT_EQ(station.Post(kReport, Condition("operator", Encipher("fetchyard")))["ErrorCode"], 0);
-    ExpectRefused(station.Post(kReport, Condition("operator", Encipher("guess"))), "wrong");
-    ExpectRefused(station.Post(kReport, Condition("nobody", Encipher("fetchyard"))), "wrong");
-    ExpectRefused(station.Post(kReport, Condition("operator", "fetchyard")), "ciphered");
-    ExpectRefused(station.Post(kReport, Condition("operator", "")), "ciphered");
+    for (const auto& [path, condition] : Orders(Condition("operator", Encipher("fetchyard"))))
+        EXPECT_EQ(station.Post(path, condition)["ErrorCode"], 0) << path;
+    for (const auto& [user, password, word] :
+         std::vector<std::array<std::string, 3>>{{"operator", Encipher("guess"), "wrong"},
+                                                 {"nobody", Encipher("fetchyard"), "wrong"},
+                                                 {"operator", "fetchyard", "ciphered"},
+                                                 {"operator", "", "ciphered"}})
+        for (const auto& [path, condition] : Orders(Condition(user, password)))
+            ExpectRefused(station.Post(path, condition), word);
+}
+
+TEST_F(StationAccounts, PollForLogsIsCheckedAsTheirOrderIs)
+{
+    const StationProcess station;
+    station.Trust(WriteKey(kKey));
+    json condition = Condition("operator", Encipher("fetchyard"));
+    condition["FileGuid"] = station.Post("/api/v1/logs/gather", condition)["FileGuid"];
+    EXPECT_EQ(station.Post("/api/v1/logs/gather", condition)["State"], "working");
+    condition["CheckPasswordRequest"]["PassWord"] = Encipher("guess");
+    ExpectRefused(station.Post("/api/v1/logs/gather", condition), "wrong");
+}
+
+TEST_F(StationAccounts, PasswordCheckThatIsNoObjectIsABadCondition)
+{
+    const StationProcess station;
+    for (const auto& [path, condition] :
+         Orders({{"PageIndex", 1}, {"PageSize", 1}, {"CheckPasswordRequest", "me"}}))
+        EXPECT_EQ(station.Post(path, condition)["ErrorCode"], 1) << path;
 }
 
 TEST_F(StationAccounts, AlteredCipherTextIsRefused)

@@ -115,9 +115,10 @@ TEST_F(StationFiles, EmptyFileIsAnEmptyAnswer)
 
 TEST_F(StationFiles, NoNameLeadsOutOfTheFolder)
 {
-    for (const char* path : {"/files/..", "/files/.", "/files/../station.db", "/files/..%2Fstation.db",
-                             "/files/%2e%2e%2fstation.db", "/files/..%5Cstation.db", "/files/none.log",
-                             "/storage/..?kind=file&place=0"})
+    for (const char* path :
+         {"/files/..", "/files/.", "/files/../station.db", "/files/..%2Fstation.db",
+          "/files/%2e%2e%2fstation.db", "/files/..%5Cstation.db", "/files/none.log", "/files/camera-1.log%00",
+          "/files/%0acamera-1.log", "/storage/..?kind=file&place=0"})
         EXPECT_EQ(StatusOf(path), 404) << path;
 }
 
