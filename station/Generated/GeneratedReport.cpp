@@ -65,9 +65,9 @@ WorkOrder OrderOf(const GeneratedReportRequest& request, Services& services)
 {
     WorkOrder order = request.order;
     order.suffix = SuffixOf(request.type);
-    order.note =
-        nlohmann::json{{"PdfPageSize", request.page_size}, {"PdfPageOrientation", request.page_orientation}}
-            .dump();
+    order.note = nlohmann::ordered_json{{"PdfPageSize", request.page_size},
+                                        {"PdfPageOrientation", request.page_orientation}}
+                     .dump();
     order.make = [request, &services](const std::filesystem::path& path, WorkProgress& progress) {
         MakeReport(request, services, path, progress);
     };

@@ -34,6 +34,7 @@ std::string ClassOf(CellStyle style, const Event& event)
 {
     switch (style) {
         case CellStyle::Number:
+        case CellStyle::Percent:
             return " class=\"number\"";
         case CellStyle::Centred:
             return " class=\"centred\"";

@@ -156,12 +156,10 @@ void WorkbookReport::AddCell(std::uint16_t column, CellStyle style, std::string_
     };
     switch (style) {
         case CellStyle::Number:
-            // The number of the row, and the one with a percent sign.
-            if (column == 0)
-                Check(worksheet_write_number(sheet_, row_, column, static_cast<double>(rows_),
-                                             formats_->number));
-            else
-                Check(worksheet_write_number(sheet_, row_, column, event.confidence, formats_->percent));
+            Check(worksheet_write_number(sheet_, row_, column, static_cast<double>(rows_), formats_->number));
+            return;
+        case CellStyle::Percent:
+            Check(worksheet_write_number(sheet_, row_, column, event.confidence, formats_->percent));
             return;
         case CellStyle::Level:
             Check(worksheet_write_number(sheet_, row_, column, event.level,

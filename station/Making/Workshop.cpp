@@ -201,6 +201,7 @@ void Workshop::Make(Work& work)
     } catch (const std::exception& error) {
         failure = error.what();
     }
+    work.order.make = nullptr;  // with the condition that it holds, which may be large
     const std::lock_guard<std::mutex> lock(mutex_);
     if (work.progress.is_unwanted) {
         Remove(unfinished);

@@ -11,7 +11,7 @@
 // The table of the alarm report, whichever form it leaves in.
 namespace Station {
 
-enum class CellStyle { Plain, Number, Centred, Wrapped, Level, Picture };
+enum class CellStyle { Plain, Number, Percent, Centred, Wrapped, Level, Picture };
 
 struct ReportColumn
 {
@@ -29,7 +29,7 @@ inline constexpr std::array<ReportColumn, 10> kReportColumns = {{{"No.", 7, Cell
                                                                  {"Level", 8, CellStyle::Level},
                                                                  {"Person", 24, CellStyle::Plain},
                                                                  {"Plate", 12, CellStyle::Centred},
-                                                                 {"Confidence", 12, CellStyle::Number},
+                                                                 {"Confidence", 12, CellStyle::Percent},
                                                                  {"Text", 60, CellStyle::Wrapped}}};
 
 std::vector<ReportColumn> ColumnsOf(PictureMode mode);

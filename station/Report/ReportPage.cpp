@@ -117,6 +117,7 @@ int FormatOf(CellStyle style, const Event& event)
 {
     switch (style) {
         case CellStyle::Number:
+        case CellStyle::Percent:
             return kNumber;
         case CellStyle::Centred:
             return kCentred;
