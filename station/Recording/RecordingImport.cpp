@@ -122,7 +122,8 @@ private:
     {
         const AVRational base = source_.Audio()->time_base;
         const std::int64_t first = av_rescale_q(first_, source_.Video().time_base, base);
-        if (packet.pts == AV_NOPTS_VALUE || packet.pts < first)
+        // Sound needs the packet before its own to decode.
+        if (packet.pts == AV_NOPTS_VALUE || packet.pts + 2 * packet.duration <= first)
             return;
         packet.pts -= first;
         packet.dts = packet.pts;
