@@ -107,6 +107,8 @@ void Downloads::Close()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     is_open_ = false;
+    ended_.clear();
+    stopped_before_.clear();
     for (const auto& [guid, download] : under_way_)
         download->is_stopped = true;
 }

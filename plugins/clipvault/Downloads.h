@@ -39,7 +39,8 @@ public:
     std::int64_t Size(const std::string& guid);
 
     bool IsOpen();
-    // The plug-in is started, and stopped: then all downloads are, and none begins.
+    // The plug-in is started, and stopped: then all downloads are, none begins, and the
+    // rest is forgotten.
     void Open();
     void Close();
 
