@@ -27,6 +27,7 @@ ProgramResult RunStation(const QStringList& words, const QByteArray& input = {})
 class StationProcess
 {
 public:
+    // Only the site of so many events has recordings too, of the minute before its end.
     static constexpr int kEvents = 400;
 
     explicit StationProcess(int events = kEvents, const QStringList& more_words = {});

@@ -84,8 +84,7 @@ inline Packet MakePacket()
 // by what their calls return. For the whole process; any thread.
 inline void SilenceLibraries()
 {
-    static const bool is_silent = (av_log_set_callback([](void*, int, const char*, va_list) {}), true);
-    static_cast<void>(is_silent);
+    av_log_set_callback([](void*, int, const char*, va_list) {});
 }
 
 // The words of an error number of the libraries.
