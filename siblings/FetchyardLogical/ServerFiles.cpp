@@ -14,14 +14,15 @@ constexpr ErrorCode kServerGaveUp(2, 20, 3201);
 
 enum class FileState { Working, Ready, Failed, Unknown };
 
+// Who has stopped a server's work knows it: the task that did so sees its own flag at the next turn.
 FileState StateIn(ZellNetLink::CRapidJsonProto& answer)
 {
     const std::string state = answer.get_v("/State", std::string());
-    if (state == "working")
+    if (state == "working" || state == "stopped")
         return FileState::Working;
     if (state == "ready")
         return FileState::Ready;
-    return state == "failed" || state == "stopped" ? FileState::Failed : FileState::Unknown;
+    return state == "failed" ? FileState::Failed : FileState::Unknown;
 }
 
 void LogFailure(const char* function, const RequstData& request, const ErrorCode& error)

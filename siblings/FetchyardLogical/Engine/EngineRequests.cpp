@@ -32,8 +32,24 @@ bool IsBusy(Phase phase)
     return phase == Phase::Starting || phase == Phase::Running;
 }
 
+// "ArrayList[1]/FileName" and "ArrayList[1]/ErrorReason" and so on, as the tasks name them.
+std::map<std::string, std::string> FailedFiles(const std::map<std::string, std::string>& values)
+{
+    std::map<std::string, std::string> files;
+    const std::string end = "/FileName";
+    for (const auto& [name, file] : values) {
+        if (name.size() <= end.size() || name.compare(name.size() - end.size(), end.size(), end) != 0)
+            continue;
+        const auto reason = values.find(name.substr(0, name.size() - end.size()) + "/ErrorReason");
+        files.emplace(file, reason == values.end() ? std::string() : reason->second);
+    }
+    return files;
+}
+
 void FillFromRecord(CDownloadTaskBase& task, TaskView& view)
 {
+    if (task.GetErrorParamState())
+        view.failed_files = FailedFiles(task.GetErrorParam());
     const auto record = task.GetDownloadTaskParam<CDownloadTaskParam>();
     if (!record)
         return;

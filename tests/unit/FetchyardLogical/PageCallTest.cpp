@@ -1,83 +1,29 @@
-#include "FetchyardLogical/CmsGetExportFileData.h"
 #include "FetchyardLogical/DownloadTaskManager.h"
 #include "FetchyardLogicalHost/EngineHost.h"
-#include "tests/unit/TempFolder.h"
-#include "ZellClientHostSettings/ClientSettings.h"
+#include "ServerCallFixture.h"
 #include "ZellPictureLoader/PictureLoader.h"
 
 #include <gtest/gtest.h>
-#include <httplib.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 using namespace FetchyardLogical;
 
 namespace {
 
-// What the server was asked.
-struct Asked
-{
-    std::string method;
-    std::string path;
-    std::string body;
-    std::string account;
-};
-
-// A server on loopback that gives one answer to everything, and a client whose site 0 and 3 it is.
-class PageCall : public ::testing::Test
+class PageCall : public ServerCallFixture
 {
 protected:
     PageCall()
     {
-        const auto handler = [this](const httplib::Request& request, httplib::Response& response) {
-            const std::lock_guard<std::mutex> lock(mutex_);
-            asked_.push_back(
-                {request.method, request.path, request.body, request.get_header_value("Authorization")});
-            changed_.notify_all();
-            response.status = status_;
-            response.set_content(answer_, "application/json");
-        };
-        server_.Post(".*", handler).Get(".*", handler).Put(".*", handler);
-        server_.set_keep_alive_max_count(1);  // or stopping waits for the client's idle connection
-        port_ = server_.bind_to_any_port("127.0.0.1");
-        thread_ = std::thread([this] { server_.listen_after_bind(); });
-        while (!server_.is_running())
-            std::this_thread::yield();
-        settings_.data_path = settings_.public_data_path = folder_.Text();
-        settings_.sites = {{0, Site()}, {3, Site()}};
-        ZellClientHost::SetClientSettings(settings_);
         request_.str_quern = "/api/v1/events/report";
         request_.str_request = R"({"PageIndex":2,"PageSize":10})";
     }
 
-    ~PageCall() override
-    {
-        server_.stop();
-        thread_.join();
-    }
-
-    std::string Site() const { return "http://127.0.0.1:" + std::to_string(port_); }
-
-    void Answer(const std::string& text, int status = 200)
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        answer_ = text;
-        status_ = status;
-    }
-
     bool Call() { return CmsGetExportFileData::GetExportFileDataList(data_, request_); }
     std::pair<int, int> Error() const { return {data_.error_code.iFirstCode, data_.error_code.iSecondCode}; }
-
-    Asked LastAsked()
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        return asked_.empty() ? Asked() : asked_.back();
-    }
 
     // Two sheets, one of page 1, as an earlier call has left them.
     void HaveSheets()
@@ -90,19 +36,8 @@ protected:
         data_.export_data_node.vec_sheets[1].vec_rows.resize(2);
     }
 
-    TempFolder folder_;
-    httplib::Server server_;
-    int port_ = 0;
-    std::thread thread_;
-    ZellClientHost::ClientSettings settings_;
     CmsGetExportFileData data_;
     RequstData request_;
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::string answer_;
-    int status_ = 200;
-    std::vector<Asked> asked_;
 };
 
 constexpr char kPage[] = R"({"ErrorModule":0,"ErrorCode":0,"IsRowColumnData":true,"TotalPageIsFinished":true,
@@ -280,11 +215,7 @@ TEST_F(PageCall, PicturesOfThePageAreFetchedAhead)
     Answer(R"({"TotalPageIsFinished":true,"Sheets":[{"PageIndex":1,"Formats":[{"CellType":2}],
         "Rows":[[{"Text":"/pictures/ahead.jpg","Format":0}]]}]})");
     ASSERT_TRUE(Call());
-    {
-        std::unique_lock<std::mutex> lock(mutex_);
-        EXPECT_TRUE(changed_.wait_for(lock, std::chrono::minutes(1),
-                                      [this] { return asked_.back().path == "/pictures/ahead.jpg"; }));
-    }
+    EXPECT_TRUE(WaitForPath("/pictures/ahead.jpg"));
     ZellPictureLoader::UninitZellPictureLoader();
 }
 

@@ -5,6 +5,7 @@
 #include "ZellTaskKit/DownloadTypes.h"
 
 #include <chrono>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ struct TaskView
     bool is_waiting = false;                                    // in the queue
     bool is_running = false;                                    // Exec has begun and not returned
     unsigned long pages = 0;                                    // report pages delivered in this run
+    std::map<std::string, std::string> failed_files;  // of the last run that had any: name to reason
 };
 
 FETCHYARDLOGICAL_API std::vector<TaskView> ListTasks();
