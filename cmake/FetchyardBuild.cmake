@@ -77,6 +77,18 @@ function(fetchyard_sibling name)
             RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
+# fetchyard_plugin(NAME SOURCES ... LIBS ...): a module that the client loads while it runs, beside the libraries in
+# "plugins/".
+function(fetchyard_plugin name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBS" ${ARGN})
+    add_library(${name} MODULE ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE fetchyard_interfaces fetchyard_options ${arg_LIBS})
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib/plugins" INSTALL_RPATH "$ORIGIN/..")
+    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard/plugins)
+endfunction()
+
 # fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...] [TIMEOUT seconds] [ONE_THREAD]): a
 # GoogleTest program, one CTest entry for each of its tests. ONE_THREAD: there is nothing in it for ThreadSanitizer,
 # whose build leaves it out.
