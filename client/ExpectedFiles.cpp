@@ -39,6 +39,12 @@ void AddReport(const json& data, const std::string& stem, std::vector<ExpectedFi
         files.push_back({stem + kReportSuffix[static_cast<std::size_t>(type)], true, ""});
 }
 
+void AddDockStationFiles(const json& data, const std::string& folder, std::vector<ExpectedFile>& files)
+{
+    for (const json& file : Member(Member(data, "ExportFileParam"), "DeviceIdList"))
+        files.push_back({folder + Text(file, "FileName"), false, "", ExpectedFile::Content::kAny});
+}
+
 // The library numbers the second and later pictures of one name in one folder.
 void AddPictures(const json& downloads, const std::string& folder, std::vector<ExpectedFile>& files)
 {
@@ -75,12 +81,22 @@ void AddStoredObjects(const json& downloads, const std::string& folder, std::vec
 std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& name,
                                         const std::string& folder)
 {
+    constexpr int logs = 3;
+    constexpr int dock_station_files = 4;
     std::vector<ExpectedFile> files;
     const json& data = Member(Member(request, "FileExportRequest"), "RequestData");
+    const int type = Number(Member(request, "FileExportRequest"), "FileExportType", 0);
     const json& write = Member(data, "WriteFileCondition");
+    // Which logs there are is for the server to say, and they are not packed.
+    if (type == logs)
+        return files;
     const json& pack = Member(write, "IsNeedCompressZip");
     if (pack.is_boolean() && pack.get<bool>()) {
         files.push_back({folder + name + ".zip", true, Text(write, "ZipPassword")});
+        return files;
+    }
+    if (type == dock_station_files) {
+        AddDockStationFiles(data, folder, files);
         return files;
     }
     AddReport(data, folder + name, files);

@@ -7,7 +7,12 @@
 #include "ZellClientHostSettings/Plugins.h"
 #include "ZellOfficeKitHost/OfficeFolders.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibrary>
+
 #include <cstdlib>
+#include <utility>
 
 namespace FetchyardClient {
 
@@ -54,6 +59,25 @@ void ApplyOptions(const HostOptions& options, ZellClientHost::ClientSettings& se
     }
 }
 
+// The plug-ins that come with the client, as far as they are there: below the build's folder of libraries, or
+// the installation's.
+std::map<std::string, std::string> OwnPlugins()
+{
+    constexpr std::pair<const char*, const char*> kOwn[] = {{"clipvault.c", "clipvault"},
+                                                            {"evidence.c", "evidence"}};
+    const QString programs = QCoreApplication::applicationDirPath();
+    std::map<std::string, std::string> found;
+    for (const char* folder : {"/../lib/plugins", "/../lib/fetchyard/plugins"}) {
+        for (const QFileInfo& file : QDir(programs + folder).entryInfoList(QDir::Files)) {
+            for (const auto& [id, name] : kOwn) {
+                if (file.completeBaseName() == name && QLibrary::isLibrary(file.fileName()))
+                    found.emplace(id, file.absoluteFilePath().toStdString());
+            }
+        }
+    }
+    return found;
+}
+
 }  // namespace
 
 bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& settings, std::string& reason)
@@ -77,8 +101,7 @@ bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& se
     if (settings.client_guid.empty()) {
         settings.client_guid = Zell::Base::GuidUtil::CreateGuid();
     }
-    return MakeFolder(settings.public_data_path + kScratchFolder, reason) &&
-           MakeFolder(settings.save_path, reason);
+    return MakeFolder(settings.save_path, reason);
 }
 
 std::string LogFile(const HostOptions& options)
@@ -87,9 +110,12 @@ std::string LogFile(const HostOptions& options)
                                     : options.log_file;
 }
 
+// Those that the command line names go before the client's own.
 bool LibraryHost::LoadPlugins(const HostOptions& options, std::string& reason)
 {
-    for (const auto& [id, module] : options.plugins) {
+    std::map<std::string, std::string> modules = options.plugins;
+    modules.merge(OwnPlugins());
+    for (const auto& [id, module] : modules) {
         if (!ZellClientHost::LoadPlugin(id, module, reason)) {
             reason.insert(0, "the plug-in " + id + " can't be loaded: ");
             return false;
@@ -103,6 +129,8 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
 {
     ZellClientHost::ClientSettings settings;
     if (!MakeSettings(options, settings, reason))
+        return false;
+    if (!scratch_.Open(settings.public_data_path + kScratchFolder, reason))
         return false;
     ZellClientHost::SetClientSettings(settings);
     ZellOfficeKit::SetWorkFolder(settings.data_path + "Office/");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ScratchFolder.h"
 #include "TaskWatch.h"
 #include "ZellClientHostSettings/ClientSettings.h"
 
@@ -16,7 +17,7 @@ struct HostOptions
     std::string station;      // address of site 0
     std::map<unsigned int, std::string> sites;
     std::string user;  // its password comes from the environment variable FETCHYARD_PASSWORD
-    std::map<std::string, std::string> plugins;  // modules to load, by plug-in id
+    std::map<std::string, std::string> plugins;  // modules to load, by plug-in id, beside the client's own
     std::string log_file;
     bool verbose = false;
 };
@@ -45,6 +46,7 @@ private:
     bool LoadPlugins(const HostOptions& options, std::string& reason);
 
     TaskWatch watch_;
+    ScratchFolder scratch_;
     std::vector<std::string> plugins_;
     bool started_ = false;
 };

@@ -11,6 +11,7 @@
 #include "Words.h"
 #include "ZellTaskKit/ClientServices.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -18,6 +19,8 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <optional>
 
 namespace FetchyardClient {
 
@@ -96,25 +99,25 @@ bool HandOver(Job& job)
     return false;
 }
 
-void StopAll(const std::vector<std::string>& guids, ProgressView& view)
+void EndAll(const std::vector<std::string>& guids, bool discard, ProgressView& view)
 {
-    view.Say("stopping; interrupt once more to leave at once");
+    view.Say(std::string(discard ? "deleting" : "stopping") + "; interrupt once more to leave at once");
     for (const std::string& guid : guids)
-        FetchyardLogical::StopTask(guid);
+        discard ? FetchyardLogical::DeleteTask(guid) : FetchyardLogical::StopTask(guid);
 }
 
-void WatchUntilIdle(const std::vector<std::string>& guids, ProgressView& view, Trouble& trouble)
+void WatchUntilIdle(const std::vector<std::string>& guids, bool discard, ProgressView& view, Trouble& trouble)
 {
-    bool stopping = false;
+    bool ending = false;
     bool idle = false;
     while (!idle) {
         idle = FetchyardLogical::WaitUntilIdle(kTick);
         for (const std::string& words : trouble.Take())
             view.Say("trouble: " + words);
         view.Show(guids, ProgressView::Clock::now());
-        if (interrupts > 0 && !stopping) {
-            stopping = true;
-            StopAll(guids, view);
+        if (interrupts > 0 && !ending) {
+            ending = true;
+            EndAll(guids, discard, view);
         }
     }
 }
@@ -154,6 +157,21 @@ bool TellFiles(const Job& job, const TaskView& task)
     return all_there;
 }
 
+void TellFailedFiles(const TaskView& task)
+{
+    for (const auto& [name, reason] : task.failed_files)
+        std::printf("  %s failed: %s\n", name.c_str(), reason.c_str());
+}
+
+// A deleted export leaves its folder to whoever runs the engine; its task does not look at it any more.
+void RemoveDeleted(const std::vector<TaskView>& tasks)
+{
+    for (const TaskView& task : tasks) {
+        if (task.state == ZellTaskKit::Deleted && !task.is_running && !task.folder.empty())
+            QDir(QString::fromStdString(task.folder)).removeRecursively();
+    }
+}
+
 bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::string& log_file)
 {
     bool all_well = !job.guids.empty();
@@ -166,6 +184,8 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::stri
         if (!IsSuccess(task->state)) {
             const std::string& text = task->error_text;
             std::printf(": %s\n", text.empty() ? (log_file + " tells why").c_str() : text.c_str());
+            if (task->state == ZellTaskKit::Failed || task->state == ZellTaskKit::UploadFailed)
+                TellFailedFiles(*task);
             all_well = false;
             continue;
         }
@@ -173,6 +193,30 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::stri
         all_well = TellFiles(job, *task) && all_well;
     }
     return all_well;
+}
+
+// The name of the archive that a request makes; nothing if it makes none.
+std::optional<std::string> ArchiveName(const json& request)
+{
+    const json::json_pointer write("/FileExportRequest/RequestData/WriteFileCondition");
+    if (!request.contains(write) || !request[write].value("IsNeedCompressZip", false))
+        return std::nullopt;
+    return request[write].value("ExportFileName", std::string());
+}
+
+// Archives are made in one folder under the report's name alone, so two of one name must not be made at once.
+std::vector<std::vector<Job*>> Rounds(std::vector<Job>& jobs)
+{
+    std::vector<std::vector<Job*>> rounds(1);
+    std::map<std::string, std::size_t> rounds_of_name;
+    for (Job& job : jobs) {
+        const std::optional<std::string> archive = ArchiveName(job.request);
+        const std::size_t round = archive ? rounds_of_name[*archive]++ : 0;
+        if (round == rounds.size())
+            rounds.emplace_back();
+        rounds[round].push_back(&job);
+    }
+    return rounds;
 }
 
 bool PlanFiles(Job& job)
@@ -234,12 +278,17 @@ int RunRequests(const RunOptions& options, const std::vector<RequestSource>& req
     ProgressView view(IsTerminal());
     std::vector<std::string> guids;
     bool all_well = true;
-    for (Job& job : jobs) {
-        all_well = HandOver(job) && all_well;
-        guids.insert(guids.end(), job.guids.begin(), job.guids.end());
+    for (std::vector<Job*>& round : Rounds(jobs)) {
+        for (Job* job : round) {
+            if (interrupts > 0)
+                break;
+            all_well = HandOver(*job) && all_well;
+            guids.insert(guids.end(), job->guids.begin(), job->guids.end());
+        }
+        WatchUntilIdle(guids, options.discard_at_interrupt, view, trouble);
     }
-    WatchUntilIdle(guids, view, trouble);
     const std::vector<TaskView> tasks = FetchyardLogical::ListTasks();
+    RemoveDeleted(tasks);
     for (const Job& job : jobs)
         all_well = TellEnd(job, tasks, LogFile(options.host)) && all_well;
     return all_well ? kAllWell : kSomethingFailed;

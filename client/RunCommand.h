@@ -27,13 +27,15 @@ struct RequestSource
 struct RunOptions
 {
     HostOptions host;
-    bool encipher_passwords = false;  // "PassWord" of the requests is in clear and is ciphered first
+    bool encipher_passwords = false;    // "PassWord" of the requests is in clear and is ciphered first
+    bool discard_at_interrupt = false;  // an interrupt deletes the exports, with their folders
 };
 
 // Reads request files; false, with a message printed, if one can't be read.
 bool ReadRequests(const std::vector<std::string>& paths, std::vector<RequestSource>& requests);
-// Checks the requests, runs them all, shows them, and looks at what they left. Ctrl-C stops the tasks in
-// order; a second one leaves at once.
+// Checks the requests, runs them all, shows them, and looks at what they left, or lists the files that
+// failed. Ctrl-C stops the tasks in order, or deletes them; a second one leaves at once. Requests whose
+// archives have one name run one after the other.
 int RunRequests(const RunOptions& options, const std::vector<RequestSource>& requests);
 
 }  // namespace FetchyardClient

@@ -87,6 +87,8 @@ int main(int argc, char** argv)
     run->add_option("request", line.requests, "request files, JSON")->required();
     run->add_flag("--encipher", line.run.encipher_passwords,
                   "\"PassWord\" in the requests is in clear: cipher it");
+    run->add_flag("--discard", line.run.discard_at_interrupt,
+                  "an interrupt deletes the exports instead of keeping what they have");
     CLI::App* check = app.add_subcommand("check", "check request files against their schema");
     check->add_option("request", line.requests, "request files, JSON")->required();
     CLI::App* demo = app.add_subcommand("demo", "export events of a seeded station in several forms");
