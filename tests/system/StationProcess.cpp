@@ -4,8 +4,10 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 namespace SystemTest {
 namespace {
@@ -126,6 +128,14 @@ nlohmann::json StationProcess::Post(const std::string& path, const nlohmann::jso
     return json;
 }
 
+nlohmann::json StationProcess::Get(const std::string& path) const
+{
+    const auto answer = Connect()->Get(path);
+    if (!answer)
+        Fail("no answer for " + path + ": " + httplib::to_string(answer.error()));
+    return nlohmann::json::parse(answer->body);
+}
+
 void StationProcess::SetFault(const nlohmann::json& fault) const
 {
     const nlohmann::json answer = Post("/control/faults", fault);
@@ -157,6 +167,18 @@ int StationProcess::RequestCount(const std::string& path) const
 {
     const nlohmann::json paths = Requests()["Paths"];
     return paths.contains(path) ? paths[path]["Count"].get<int>() : 0;
+}
+
+bool StationProcess::WaitForRequests(const std::string& path, int count) const
+{
+    constexpr std::chrono::minutes longest(1);
+    const auto end = std::chrono::steady_clock::now() + longest;
+    while (RequestCount(path) < count) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
 }
 
 void StationProcess::Trust(const std::string& key_file) const

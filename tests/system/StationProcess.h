@@ -45,6 +45,9 @@ public:
     // Sends a JSON body and reads a JSON answer, with its status in "status".
     nlohmann::json Post(const std::string& path, const nlohmann::json& body) const;
 
+    // Asks for a JSON answer; throws if there is none.
+    nlohmann::json Get(const std::string& path) const;
+
     // See /control/faults; throws if the station refuses the fault.
     void SetFault(const nlohmann::json& fault) const;
     void ClearFaults() const;
@@ -53,6 +56,8 @@ public:
     void ResetRequests() const;
     // Requests of a path; 0 if there was none.
     int RequestCount(const std::string& path) const;
+    // Waits until the path has been asked for so often; false after a minute.
+    bool WaitForRequests(const std::string& path, int count) const;
 
     // Shares a key file with the running station.
     void Trust(const std::string& key_file) const;

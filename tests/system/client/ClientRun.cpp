@@ -43,10 +43,11 @@ void ClientRun::SetEnvironment(const QString& name, const QString& value)
 void ClientRun::Start(const QStringList& words)
 {
     QStringList all = in_front_;
-    all << CLIENT_PROGRAM << "--data" << folder_.filePath("data");
+    all << CLIENT_PROGRAM << "--data"
+        << (data_.empty() ? folder_.filePath("data") : QString::fromStdString(data_));
     if (!station_.empty())
         all << "--station" << QString::fromStdString(station_);
-    all << "--save" << folder_.filePath("out") << plugins_ << words;
+    all << "--save" << folder_.filePath("out") << plugins_ << words << options_;
     output_.clear();
     process_.start(all.front(), all.mid(1));
     ASSERT_TRUE(process_.waitForStarted()) << all.front().toStdString();

@@ -26,6 +26,9 @@ public:
 
     // Arguments of the whole client, such as --station, for every run from now on.
     void UseStation(const std::string& address) { station_ = address; }
+    // Another data folder than its own.
+    void UseData(const std::string& folder) { data_ = folder; }
+    void UseOption(const QString& word) { options_ << word; }
     void UsePlugin(const std::string& id, const std::string& module);
     void SetEnvironment(const QString& name, const QString& value);
     void PutInFront(const QStringList& words) { in_front_ = words; }
@@ -54,6 +57,8 @@ private:
     QProcess process_;
     QStringList in_front_;
     QStringList plugins_;
+    QStringList options_;  // of the command
+    std::string data_;
     std::string station_;
     std::string output_;
 };
