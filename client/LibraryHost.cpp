@@ -114,7 +114,8 @@ std::string LogFile(const HostOptions& options)
 bool LibraryHost::LoadPlugins(const HostOptions& options, std::string& reason)
 {
     std::map<std::string, std::string> modules = options.plugins;
-    modules.merge(OwnPlugins());
+    if (options.own_plugins)
+        modules.merge(OwnPlugins());
     for (const auto& [id, module] : modules) {
         if (!ZellClientHost::LoadPlugin(id, module, reason)) {
             reason.insert(0, "the plug-in " + id + " can't be loaded: ");

@@ -18,6 +18,7 @@ struct HostOptions
     std::map<unsigned int, std::string> sites;
     std::string user;  // its password comes from the environment variable FETCHYARD_PASSWORD
     std::map<std::string, std::string> plugins;  // modules to load, by plug-in id, beside the client's own
+    bool own_plugins = true;  // load the plug-ins that come with the client
     std::string log_file;
     bool verbose = false;
 };

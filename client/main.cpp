@@ -54,6 +54,7 @@ void AddHostOptions(CLI::App& app, CommandLine& line)
     app.add_option("--station", host.station, "address of the station, as http://127.0.0.1:8080");
     app.add_option("--site", line.sites, "address of a further site, as 7=http://127.0.0.1:8081");
     app.add_option("--plugin", line.plugins, "a plug-in's module, as clipvault.c=/path/of/module");
+    app.add_flag("!--no-own-plugins", host.own_plugins, "leave out the plug-ins that come with the client");
     app.add_option("--save", host.save_folder, "where exports go that name no folder");
     app.add_option("--user", host.user,
                    "account at the station; the password is read from FETCHYARD_PASSWORD");

@@ -122,6 +122,7 @@ TEST_F(ClientFileList, VideoRequestThatThePluginRefusesFailsTheTask)
 
 TEST_F(ClientFileList, VideoRequestWithoutAPluginIsToldInWords)
 {
+    client_.UseOption("--no-own-plugins");
     const auto result = client_.RunRequests({List({VideoRequest("{}")})});
     EXPECT_EQ(result.exit_code, 1) << result.output;
     ExpectWords(result, "Nobody serves /API/ClipVault/V0/DownloadVideoFiles");
