@@ -1,7 +1,6 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
+#include "FetchyardBussiness/DeterminantWriteFile/ResumeDocument.h"
 #include "FetchyardBussiness/Log.h"
-#include "ZellBase/Util.h"
-#include "ZellNetLink/XmlProto.h"
 
 #include <array>
 #include <memory>
@@ -9,53 +8,18 @@
 #include <utility>
 #include <vector>
 
-// The resume record: Base64 of one XML document. Writer and reader do not mirror each other in places, and
-// element names are misspelt in places; both are part of the format, which other programs keep.
+// Writer and reader of the resume record do not mirror each other in places, and element names are misspelt
+// in places; both are part of the format, which other programs keep.
 namespace FetchyardBussiness {
 
 using Zell::MultimediaComm::InfoOverlay;
 using Zell::MultimediaComm::InfoOverlayLineArray;
-using ZellNetLink::CXmlProto;
-using ZellNetLink::XmlNode;
 
 namespace {
 
-constexpr int kCompositeExport = 1;
-constexpr int kAbsent = -1;
-
-// An element under construction.
-class Element
+ResumeElement PictureElement(const ImageDownloadEntry& entry)
 {
-public:
-    explicit Element(const std::string& name) : node_(std::make_shared<XmlNode>(name, "")) {}
-
-    Element& Text(const std::string& name, const std::string& value)
-    {
-        node_->AddSub(std::make_shared<XmlNode>(name, value));
-        return *this;
-    }
-    Element& Number(const std::string& name, int value) { return Text(name, std::to_string(value)); }
-    Element& Unsigned(const std::string& name, int value)
-    {
-        return Text(name, std::to_string(static_cast<unsigned int>(value)));
-    }
-    Element& Time(const std::string& name, long long value) { return Text(name, std::to_string(value)); }
-    Element& Flag(const std::string& name, bool value) { return Number(name, value ? 1 : 0); }
-    Element& Child(const Element& child)
-    {
-        node_->AddSub(child.node_);
-        return *this;
-    }
-
-    std::string Document() const { return node_->ToString(true); }
-
-private:
-    std::shared_ptr<XmlNode> node_;
-};
-
-Element PictureElement(const ImageDownloadEntry& entry)
-{
-    Element element("OneImage");
+    ResumeElement element("OneImage");
     element.Flag("IsHasDownload", entry.is_has_download);
     if (!entry.image.image_items.empty()) {
         const ImageItem& item = entry.image.image_items.front();
@@ -70,14 +34,14 @@ Element PictureElement(const ImageDownloadEntry& entry)
     return element;
 }
 
-Element OverlayLineElement(const InfoOverlayLineArray& line)
+ResumeElement OverlayLineElement(const InfoOverlayLineArray& line)
 {
     const std::array<int, 3> rgb = line.GetColorRGB();
-    Element color("Color");
+    ResumeElement color("Color");
     color.Number("Red", rgb[0]).Number("Green", rgb[1]).Number("Blue", rgb[2]);
-    Element font("FontSettings");
+    ResumeElement font("FontSettings");
     font.Number("Size", line.GetFontSize()).Child(color).Number("Transparency", line.GetTransparencyNum());
-    Element element("ContentLine");
+    ResumeElement element("ContentLine");
     element.Child(font)
         .Text("Content", line.GetContentStr())
         .Number("PosXType", line.GetPosXType())
@@ -89,22 +53,22 @@ Element OverlayLineElement(const InfoOverlayLineArray& line)
     return element;
 }
 
-Element OverlayElement(const InfoOverlay& overlay)
+ResumeElement OverlayElement(const InfoOverlay& overlay)
 {
-    Element lines("OverlayLineArray");
+    ResumeElement lines("OverlayLineArray");
     lines.Number("LineArrayType", overlay.GetInfoOverlayLineArrayType());
     for (const InfoOverlayLineArray& line : overlay.GetInfoOverlayLineArrayVec())
         lines.Child(OverlayLineElement(line));
-    Element element("InfoOverlay");
+    ResumeElement element("InfoOverlay");
     element.Number("OverlayType", overlay.GetInfoOverlayType()).Child(lines);
     return element;
 }
 
-Element VideoElement(const VideoDownloadEntry& entry)
+ResumeElement VideoElement(const VideoDownloadEntry& entry)
 {
     const VideoDownloadInfo& info = entry.video.download_info;
     const VideoCameraInfo& camera = entry.video.camera_info;
-    Element element("OneVideo");
+    ResumeElement element("OneVideo");
     element.Flag("IsHasDownload", entry.is_has_download)
         .Number("VideoFormat", info.video_format)
         .Number("FileFormat", info.file_format)
@@ -121,9 +85,9 @@ Element VideoElement(const VideoDownloadEntry& entry)
     return element;
 }
 
-Element StoredObjectElement(const ShortVideoEntry& entry)
+ResumeElement StoredObjectElement(const ShortVideoEntry& entry)
 {
-    Element element("ShortVideo");
+    ResumeElement element("ShortVideo");
     element.Flag("IsHasDownload", entry.is_has_download)
         .Text("FileName", entry.clip.file_name)
         .Text("FilePath", entry.clip.save_path)
@@ -133,19 +97,19 @@ Element StoredObjectElement(const ShortVideoEntry& entry)
     return element;
 }
 
-Element DeviceLogElement(int file_id, const std::pair<int, std::string>& file)
+ResumeElement DeviceLogElement(int file_id, const std::pair<int, std::string>& file)
 {
-    Element element("DevideLog");
+    ResumeElement element("DevideLog");
     element.Number("FileId", file_id).Number("DeviceId", file.first).Text("FileName", file.second);
     return element;
 }
 
-void AddSettings(const VsFileParam& settings, Element& root)
+void AddSettings(const VsFileParam& settings, ResumeElement& root)
 {
     // The account data of a password check never reaches the record on disk.
     const std::string& condition =
         settings.check_password_request ? settings.str_received_condition : settings.str_request_condition;
-    root.Number("TaskParamType", kCompositeExport)
+    root.Number("TaskParamType", kCompositeExportRecord)
         .Number("FileOperateType", settings.file_operate_type)
         .Number("ExportType", settings.export_file_type)
         .Text("PdfPageSize", settings.pdf_page_size)
@@ -167,39 +131,17 @@ void AddSettings(const VsFileParam& settings, Element& root)
 
 // A list without entries has no element at all.
 template <typename Entries, typename MakeElement>
-void AddList(const std::string& name, const Entries& entries, MakeElement make_element, Element& root)
+void AddList(const std::string& name, const Entries& entries, MakeElement make_element, ResumeElement& root)
 {
     if (entries.empty())
         return;
-    Element list(name);
+    ResumeElement list(name);
     for (const auto& entry : entries)
         list.Child(make_element(entry));
     root.Child(list);
 }
 
-// Reads below one prefix of a document's paths. What is absent reads as -1 or an empty text.
-class Reader
-{
-public:
-    Reader(CXmlProto& document, std::string prefix) : document_(document), prefix_(std::move(prefix)) {}
-
-    int Number(const std::string& name) const { return document_.get_int_v(prefix_ + name, kAbsent); }
-    std::string Text(const std::string& name) const { return document_.get_v(prefix_ + name, ""); }
-    // True for any value but 0, so also if the element is absent.
-    bool Flag(const std::string& name) const { return Number(name) != 0; }
-    int Count(const std::string& name) const { return document_.get_cnt(prefix_ + name); }
-    Reader Below(const std::string& name) const { return {document_, prefix_ + name + "/"}; }
-    Reader Entry(const std::string& list, int number) const
-    {
-        return Below(list + "[" + std::to_string(number) + "]");
-    }
-
-private:
-    CXmlProto& document_;
-    std::string prefix_;
-};
-
-void ReadSettings(const Reader& root, VsFileParam& settings)
+void ReadSettings(const ResumeReader& root, VsFileParam& settings)
 {
     settings.file_operate_type = root.Number("FileOperateType");
     settings.export_file_type = root.Number("ExportType");
@@ -223,11 +165,11 @@ void ReadSettings(const Reader& root, VsFileParam& settings)
     settings.is_continue_dowinloading = root.Flag("IsContinueDowinloading");
 }
 
-void ReadPictures(const Reader& root, VsFileParam& settings)
+void ReadPictures(const ResumeReader& root, VsFileParam& settings)
 {
     const int count = root.Count("ImageDownloadList/OneImage");
     for (int number = 1; number <= count; ++number) {
-        const Reader element = root.Entry("ImageDownloadList/OneImage", number);
+        const ResumeReader element = root.Entry("ImageDownloadList/OneImage", number);
         ImageItem item;
         item.save_cache = element.Flag("IsSaveCache");
         item.image_url = element.Text("ImageUrl");
@@ -243,7 +185,7 @@ void ReadPictures(const Reader& root, VsFileParam& settings)
     }
 }
 
-InfoOverlayLineArray ReadOverlayLine(const Reader& element)
+InfoOverlayLineArray ReadOverlayLine(const ResumeReader& element)
 {
     InfoOverlayLineArray line;
     line.SetFontSize(element.Number("FontSettings/Size"));
@@ -261,9 +203,9 @@ InfoOverlayLineArray ReadOverlayLine(const Reader& element)
 }
 
 // A video has an overlay object even if the record names none.
-std::shared_ptr<InfoOverlay> ReadOverlay(const Reader& video)
+std::shared_ptr<InfoOverlay> ReadOverlay(const ResumeReader& video)
 {
-    const Reader element = video.Below("InfoOverlay");
+    const ResumeReader element = video.Below("InfoOverlay");
     auto overlay = std::make_shared<InfoOverlay>();
     overlay->SetInfoOverlayType(element.Number("OverlayType"));
     overlay->SetInfoOverlayLineArrayType(element.Number("OverlayLineArray/LineArrayType"));
@@ -275,11 +217,11 @@ std::shared_ptr<InfoOverlay> ReadOverlay(const Reader& video)
     return overlay;
 }
 
-void ReadVideos(const Reader& root, VsFileParam& settings)
+void ReadVideos(const ResumeReader& root, VsFileParam& settings)
 {
     const int count = root.Count("VideoDownloadList/OneVideo");
     for (int number = 1; number <= count; ++number) {
-        const Reader element = root.Entry("VideoDownloadList/OneVideo", number);
+        const ResumeReader element = root.Entry("VideoDownloadList/OneVideo", number);
         VideoDownloadEntry entry;
         VideoDownloadInfo& info = entry.video.download_info;
         info.video_format = element.Number("VideoFormat");
@@ -301,11 +243,11 @@ void ReadVideos(const Reader& root, VsFileParam& settings)
     }
 }
 
-void ReadStoredObjects(const Reader& root, VsFileParam& settings)
+void ReadStoredObjects(const ResumeReader& root, VsFileParam& settings)
 {
     const int count = root.Count("ShortVideoExportParam/ShortVideo");
     for (int number = 1; number <= count; ++number) {
-        const Reader element = root.Entry("ShortVideoExportParam/ShortVideo", number);
+        const ResumeReader element = root.Entry("ShortVideoExportParam/ShortVideo", number);
         ShortVideoEntry entry;
         entry.clip.file_name = element.Text("FileName");
         entry.clip.save_path = element.Text("FilePath");
@@ -317,11 +259,11 @@ void ReadStoredObjects(const Reader& root, VsFileParam& settings)
     }
 }
 
-void ReadDeviceLogs(const Reader& root, VsFileParam& settings)
+void ReadDeviceLogs(const ResumeReader& root, VsFileParam& settings)
 {
     const int count = root.Count("HandDevideLogExportParam/DevideLog");
     for (int number = 1; number <= count; ++number) {
-        const Reader element = root.Entry("HandDevideLogExportParam/DevideLog", number);
+        const ResumeReader element = root.Entry("HandDevideLogExportParam/DevideLog", number);
         const int device = element.Number("DeviceId");
         settings.map_device_log.emplace(element.Number("FileId"),
                                         std::make_pair(device, element.Text("FileName")));
@@ -334,7 +276,7 @@ std::string DeterminantDownloadParam::CreateResumeXml()
 {
     LogInfo("DeterminantDownloadParam::CreateResumeXml");
     const Zell::Base::Error::ErrorCode error = GetVal_error_();
-    Element root("FileExportParams");
+    ResumeElement root(kResumeRoot);
     AddSettings(vs_file_param_, root);
     root.Text("ReserverData", GetVal_reserve_data())
         .Number("SetValErroriFirstCode", error.iFirstCode)
@@ -345,21 +287,17 @@ std::string DeterminantDownloadParam::CreateResumeXml()
     AddList(
         "HandDevideLogExportParam", vs_file_param_.map_device_log,
         [](const auto& log) { return DeviceLogElement(log.first, log.second); }, root);
-    std::string record;
-    Zell::Base::Encrypt::Base64Encode(record, root.Document());
-    return record;
+    return root.Record();
 }
 
 // Adds to the lists as they are: the record is expected to be fresh.
 bool DeterminantDownloadParam::ResumeParamFromXml()
 {
     LogInfo("DeterminantDownloadParam::ResumeParamFromXml");
-    std::string text;
-    Zell::Base::Encrypt::Base64Decode(text, GetVal_str_resume_xml());
-    CXmlProto document;
-    if (text.empty() || !document.set_str(text))
+    ZellNetLink::CXmlProto document;
+    if (!OpenResumeRecord(GetVal_str_resume_xml(), document))
         return false;
-    const Reader root(document, "/FileExportParams/");
+    const ResumeReader root(document, kResumePrefix);
     ReadSettings(root, vs_file_param_);
     SetIsExportSensitiveInfo(vs_file_param_.check_password_request);
     SetVal_reserve_data(root.Text("ReserverData"));
