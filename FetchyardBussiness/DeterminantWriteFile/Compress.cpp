@@ -1,13 +1,12 @@
 #include "FetchyardBussiness/DeterminantWriteFile/Compress.h"
 
+#include "FetchyardBussiness/Folders.h"
 #include "FetchyardBussiness/Log.h"
 #include "NQX/NQX.h"
-#include "ZellBase/FileSystem.h"
 #include "ZellBase/Util.h"
 
 namespace Compress {
 
-namespace FileSystem = Zell::Base::FileSystem;
 using Zell::Base::StringUtil::str_fmt;
 
 int CompressFolder(std::string zip_path, std::string folder, const std::string& password)
@@ -16,7 +15,7 @@ int CompressFolder(std::string zip_path, std::string folder, const std::string& 
         LogError("[Compress::CompressFolder] 7Za Execute Not Exist");
         return kArchiverMissing;
     }
-    if (FileSystem::DirectoryExists(folder.c_str()) != 0 && FileSystem::MakeFullDir(folder.c_str()) != 0)
+    if (!FetchyardBussiness::EnsureFolder(folder))
         LogError(" create file pic_down_path_dir =%s  failed.  task failed", folder.c_str());
     const std::string source = str_fmt("%s%s/%s%s", "\"", folder.c_str(), "*", "\"");
     const std::string target = str_fmt("%s%s%s", "\"", zip_path.c_str(), "\"");

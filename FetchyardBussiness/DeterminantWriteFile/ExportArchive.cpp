@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/Compress.h"
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/Folders.h"
 #include "FetchyardBussiness/Log.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Util.h"
@@ -24,7 +25,7 @@ bool CDeterminantWriteFileTask::DoCompressWork(const std::string& name, const st
         return false;
     }
     FileSystem::RemoveDirRecursively(Zell::Base::UTF8ToLocal(path).c_str());
-    if (FileSystem::DirectoryExists(path.c_str()) != 0 && FileSystem::MakeFullDir(path.c_str()) != 0) {
+    if (!EnsureFolder(path)) {
         Zell::Base::Error::SetLastError(OwnError(kErrorFolder));
         LogError("  DoCompressWork create file path =%s  failed.  task failed", path.c_str());
         return false;

@@ -1,11 +1,10 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/EvidenceExport.h"
+#include "FetchyardBussiness/Folders.h"
 #include "FetchyardBussiness/Log.h"
-#include "ZellBase/FileSystem.h"
 
 namespace FetchyardBussiness {
-
-namespace FileSystem = Zell::Base::FileSystem;
 
 void CDeterminantWriteFileTask::Exec()
 {
@@ -67,7 +66,7 @@ bool CDeterminantWriteFileTask::Begin(Run& run)
 bool CDeterminantWriteFileTask::MakeExportFolder(const Run& run)
 {
     const std::string& folder = run.Settings().str_export_file_path;
-    if (FileSystem::DirectoryExists(folder.c_str()) == 0 || FileSystem::MakeFullDir(folder.c_str()) == 0)
+    if (EnsureFolder(folder))
         return true;
     Zell::Base::Error::SetLastError(OwnError(kErrorFolder));
     Notify(run, ZellTaskKit::Failed);
@@ -119,30 +118,9 @@ bool CDeterminantWriteFileTask::FetchItems(Run& run)
     return true;
 }
 
-// An evidence export has states of its own.
 void CDeterminantWriteFileTask::Notify(const Run& run, ZellTaskKit::DownloadState state)
 {
-    if (!run.is_evidence) {
-        NotifyTaskState(state);
-        return;
-    }
-    switch (state) {
-        case ZellTaskKit::Downloading:
-            NotifyTaskState(ZellTaskKit::Uploading);
-            break;
-        case ZellTaskKit::Finished:
-            NotifyTaskState(ZellTaskKit::UploadFinished);
-            break;
-        case ZellTaskKit::Failed:
-            NotifyTaskState(ZellTaskKit::UploadFailed);
-            break;
-        case ZellTaskKit::Stopped:
-            NotifyTaskState(ZellTaskKit::UploadStopped);
-            break;
-        default:
-            NotifyTaskState(state);
-            break;
-    }
+    NotifyTaskState(StateOfExport(run.is_evidence, state));
 }
 
 }  // namespace FetchyardBussiness

@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/PdfWork.h"
 
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/Folders.h"
 #include "FetchyardBussiness/Log.h"
 #include "FetchyardBussiness/Platform/HtmlTool.h"
 #include "ZellBase/FileSystem.h"
@@ -44,8 +45,7 @@ PdfWork NewPdfWork()
 
 bool MakePdfWorkFolder(const PdfWork& work)
 {
-    if (FileSystem::DirectoryExists(work.folder.c_str()) == 0 ||
-        FileSystem::MakeFullDir(work.folder.c_str()) == 0)
+    if (EnsureFolder(work.folder))
         return true;
     Zell::Base::Error::SetLastError(OwnError(kErrorFolder));
     return false;

@@ -1,5 +1,6 @@
 #include "FetchyardBussiness/FileDownload/FileExportTask.h"
 
+#include "FetchyardBussiness/Folders.h"
 #include "FetchyardBussiness/Log.h"
 #include "NQX/NQX.h"
 #include "ZellBase/FileSystem.h"
@@ -130,7 +131,7 @@ bool CFileExportTask::Fetch(const FileExportItem& item, std::string& body)
 
 bool CFileExportTask::MakeFolder(const std::string& folder)
 {
-    if (FileSystem::DirectoryExists(folder.c_str()) == 0 || FileSystem::MakeFullDir(folder.c_str()) == 0)
+    if (EnsureFolder(folder))
         return true;
     const ErrorCode error(0, NQX_GetLastError());
     LogError("make dir failed. dir: %s", folder.c_str());

@@ -14,7 +14,7 @@ constexpr auto kDeviceAddress = static_cast<CImgUrlKey::Type>(17);
 
 }  // namespace
 
-std::shared_ptr<CImgUrlKey> MakePictureKey(const std::string& address, unsigned int work_station)
+std::shared_ptr<CImgUrlKey> MakePictureKey(const std::string& address)
 {
     const std::size_t mark = address.find('?');
     const bool is_device = address.find(kDeviceMark) != std::string::npos;
@@ -24,6 +24,12 @@ std::shared_ptr<CImgUrlKey> MakePictureKey(const std::string& address, unsigned 
     // Without a "?" both parts are the whole address.
     key->SetValstr_request(mark == std::string::npos ? address : address.substr(mark + 1));
     key->SetValb_save_cache(!is_device);
+    return key;
+}
+
+std::shared_ptr<CImgUrlKey> MakePictureKey(const std::string& address, unsigned int work_station)
+{
+    auto key = MakePictureKey(address);
     key->SetValidWorkStation(work_station);
     return key;
 }

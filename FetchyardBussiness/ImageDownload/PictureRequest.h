@@ -10,6 +10,7 @@ namespace FetchyardBussiness {
 
 // The key of a picture that an export or a report names by its address. A device's address, told by "QUERN"
 // in it, is cut at its "?" and never cached; any other goes out whole and is cached.
+std::shared_ptr<ZellPictureLoader::CImgUrlKey> MakePictureKey(const std::string& address);
 std::shared_ptr<ZellPictureLoader::CImgUrlKey> MakePictureKey(const std::string& address,
                                                               unsigned int work_station);
 
