@@ -3,9 +3,9 @@
 #include "Engine/Engine.h"
 #include "Log.h"
 #include "Report/NextPage.h"
+#include "Report/PageCall.h"
 #include "Report/PageParser.h"
 #include "Report/PictureKeys.h"
-#include "Report/ReadAhead.h"
 #include "Report/ServerCall.h"
 #include "ZellPictureLoaderHost/WarmUp.h"
 
@@ -22,9 +22,7 @@ namespace {
 ErrorCode FetchPage(const RequstData& request, details::ReportPage& page)
 {
     try {
-        ZellNetLink::HttpResponse answer;
-        if (!details::TakeReadAhead(request, answer))
-            answer = details::CallServer(request);
+        ZellNetLink::HttpResponse answer = details::CallForPage(request);
         if (details::IsFailure(answer.error))
             return answer.error;
         return details::ParseReportPage(answer.body, request.site_id, page);
@@ -44,18 +42,6 @@ void LeaveWithoutRows(ExportDataNode& node, const std::string& request)
         if (sheet.page_index == 1)
             sheet.page_index = 0;
     }
-}
-
-// A task asks for page after page, so the next one may come while this one is written.
-void FetchAhead(const RequstData& request)
-{
-    if (!details::IsTaskThread())
-        return;
-    RequstData next = request;
-    next.str_request = details::RequestOfNextPage(request.str_request);
-    ZellNetLink::HttpRequest call;
-    if (!next.str_request.empty() && !details::IsFailure(details::DescribeCall(next, call)))
-        details::BeginReadAhead(next, std::move(call));
 }
 
 // What the requests are copied into later has no site.
@@ -91,7 +77,7 @@ bool CmsGetExportFileData::GetExportFileDataList(CmsGetExportFileData& data, con
         return false;
     }
     if (page.is_rowcolumn_data && !page.is_last)
-        FetchAhead(request);
+        details::FetchNextPageAhead(request);
     Deliver(std::move(page), request, data.export_data_node);
     details::Engine::CountPage();
     const auto keys = details::PictureKeys(data.export_data_node);

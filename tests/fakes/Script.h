@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fakes/Export.h"
+#include "FetchyardLogical/CmsGetPersonPicFileData.h"
 #include "FetchyardLogical/ReportData.h"
 #include "ZellBase/Error.h"
 
@@ -28,6 +29,18 @@ struct PageAnswer
     bool is_last = false;
     std::vector<FetchyardLogical::ExportSheet> sheets;
     FetchyardLogical::ServerGenerateNode server;
+};
+
+// What one page call of a person search gives back.
+struct PersonPageAnswer
+{
+    bool ok = true;
+    bool is_last = false;
+    std::vector<FetchyardLogical::PersonPicture> pictures;
+    // Of a failed call:
+    Zell::Base::Error::ErrorCode error;
+    std::string remaining_login_count;
+    std::string remaining_login_type;
 };
 
 // What one question about the files that a server makes gives back: not yet, by default.
@@ -120,6 +133,7 @@ struct Script
     // FetchyardLogical: one answer a call, in order, or as many as are asked for
     std::deque<PageAnswer> pages;
     std::function<PageAnswer()> page_source;
+    std::deque<PersonPageAnswer> person_pages;
     std::deque<PollAnswer> polls;  // one a question, in order, and then "not yet"
     std::string force_log_guid = "gathering-1";
     Zell::Base::Error::ErrorCode force_log_error;  // of a call that fails

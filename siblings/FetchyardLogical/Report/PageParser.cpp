@@ -1,12 +1,10 @@
 #include "Report/PageParser.h"
 
+#include "Report/JsonReading.h"
 #include "ZellNetLinkHost/HttpClient.h"
-
-#include <simdjson.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <string_view>
 
 using Zell::Base::Error::ErrorCode;
@@ -14,88 +12,6 @@ using Zell::Base::Error::ErrorCode;
 namespace FetchyardLogical::details {
 
 namespace {
-
-namespace od = simdjson::ondemand;
-
-// A parser keeps five bytes of scratch memory for each byte of the largest answer it has seen; above this
-// size of answer it is not worth keeping.
-constexpr std::size_t kParserKeepBytes = 16u << 20;
-
-bool IsNull(od::value& value)
-{
-    bool is_null = false;
-    return value.is_null().get(is_null) == simdjson::SUCCESS && is_null;
-}
-
-bool ReadText(od::value& value, std::string& out)
-{
-    std::string_view text;
-    if (value.get_string().get(text) != simdjson::SUCCESS)
-        return IsNull(value);
-    out.assign(text);
-    return true;
-}
-
-bool ReadFlag(od::value& value, bool& out)
-{
-    bool flag = false;
-    if (value.get_bool().get(flag) != simdjson::SUCCESS)
-        return IsNull(value);
-    out = flag;
-    return true;
-}
-
-template <typename Number>
-bool ReadNumber(od::value& value, Number& out)
-{
-    std::int64_t number = 0;
-    if (value.get_int64().get(number) != simdjson::SUCCESS)
-        return IsNull(value);
-    if (number < std::int64_t{std::numeric_limits<Number>::min()} ||
-        number > std::int64_t{std::numeric_limits<Number>::max()})
-        return false;
-    out = static_cast<Number>(number);
-    return true;
-}
-
-// Calls read(name, value) for each member. False as soon as it says so or the text is at fault.
-template <typename Read>
-bool ForEachMember(od::object& object, const Read& read)
-{
-    for (auto member : object) {
-        od::field field;
-        if (std::move(member).get(field) != simdjson::SUCCESS)
-            return false;
-        od::value value = field.value();
-        if (!read(field.key(), value))
-            return false;
-    }
-    return true;
-}
-
-template <typename Read>
-bool ReadObject(od::value& value, const Read& read)
-{
-    od::object object;
-    if (value.get_object().get(object) != simdjson::SUCCESS)
-        return IsNull(value);
-    return ForEachMember(object, read);
-}
-
-// Calls read(value) for each entry.
-template <typename Read>
-bool ReadList(od::value& value, const Read& read)
-{
-    od::array array;
-    if (value.get_array().get(array) != simdjson::SUCCESS)
-        return IsNull(value);
-    for (auto entry : array) {
-        od::value item;
-        if (entry.get(item) != simdjson::SUCCESS || !read(item))
-            return false;
-    }
-    return true;
-}
 
 bool ReadFormat(od::value& value, CellFormat& format)
 {
@@ -386,30 +302,12 @@ private:
     bool has_server_generate_ = false;
 };
 
-bool ReadAnswer(od::parser& parser, std::string& body, AnswerReader& reader)
-{
-    // The parser looks beyond the end of the text, but not at what stands there.
-    if (body.capacity() - body.size() < simdjson::SIMDJSON_PADDING)
-        body.reserve(body.size() + simdjson::SIMDJSON_PADDING);
-    od::document document;
-    if (parser.iterate(simdjson::padded_string_view(body)).get(document) != simdjson::SUCCESS)
-        return false;
-    od::object answer;
-    if (document.get_object().get(answer) != simdjson::SUCCESS)
-        return false;
-    // Behind the answer nothing may follow.
-    return reader.Read(answer) && document.current_location().error() == simdjson::OUT_OF_BOUNDS;
-}
-
 }  // namespace
 
 ErrorCode ParseReportPage(std::string& body, int site, ReportPage& page)
 {
-    thread_local od::parser parser;
     AnswerReader reader(site, page);
-    const bool read = ReadAnswer(parser, body, reader);
-    if (body.size() > kParserKeepBytes)
-        parser = od::parser();
+    const bool read = ReadJson(body, [&reader](od::object& answer) { return reader.Read(answer); });
     const ErrorCode failure = reader.Failure();
     if (read && (failure.iFirstCode != 0 || failure.iSecondCode != 0))
         return failure;

@@ -15,21 +15,31 @@ constexpr int kOrdinaryAddress = 1;
 // Stands in the address of a device's picture, which is never cached.
 constexpr char kDeviceMark[] = "QUERN";
 
+bool IsCacheable(const std::string& address)
+{
+    return !address.empty() && address.find(kDeviceMark) == std::string::npos;
+}
+
 bool IsCacheablePicture(const ExportCell& cell)
 {
     const int type = cell.cell_format.cell_type;
-    return (type == kEmbeddedPicture || type == kLinkedPicture) && !cell.cell_name.empty() &&
-           cell.cell_name.find(kDeviceMark) == std::string::npos;
+    return (type == kEmbeddedPicture || type == kLinkedPicture) && IsCacheable(cell.cell_name);
+}
+
+std::shared_ptr<CImgUrlKey> KeyOf(const std::string& address)
+{
+    const std::size_t mark = address.find('?');
+    auto key = std::make_shared<CImgUrlKey>();
+    key->SetValurl_type(static_cast<CImgUrlKey::Type>(kOrdinaryAddress));
+    key->SetValstrImageUrl(address);
+    key->SetValstr_request(mark == std::string::npos ? address : address.substr(mark + 1));
+    key->SetValb_save_cache(true);
+    return key;
 }
 
 std::shared_ptr<CImgUrlKey> KeyOf(const ExportCell& cell, unsigned int page_station)
 {
-    const std::size_t mark = cell.cell_name.find('?');
-    auto key = std::make_shared<CImgUrlKey>();
-    key->SetValurl_type(static_cast<CImgUrlKey::Type>(kOrdinaryAddress));
-    key->SetValstrImageUrl(cell.cell_name);
-    key->SetValstr_request(mark == std::string::npos ? cell.cell_name : cell.cell_name.substr(mark + 1));
-    key->SetValb_save_cache(true);
+    auto key = KeyOf(cell.cell_name);
     key->SetValidWorkStation(cell.work_station_id == ExportCell::kPageWorkStation ? page_station
                                                                                   : cell.work_station_id);
     return key;
@@ -47,6 +57,15 @@ std::vector<std::shared_ptr<CImgUrlKey>> PictureKeys(const ExportDataNode& page)
             for (const ExportCell& cell : row)
                 if (IsCacheablePicture(cell))
                     keys.push_back(KeyOf(cell, page.work_station_id));
+    return keys;
+}
+
+std::vector<std::shared_ptr<CImgUrlKey>> PictureKeys(const std::vector<PersonPicture>& pictures)
+{
+    std::vector<std::shared_ptr<CImgUrlKey>> keys;
+    for (const PersonPicture& picture : pictures)
+        if (IsCacheable(picture.url))
+            keys.push_back(KeyOf(picture.url));
     return keys;
 }
 
