@@ -9,7 +9,6 @@
 #include "FetchyardBussiness/PluginNames.h"
 #include "FetchyardBussiness/TaskDispatch.h"
 #include "ZellBase/Util.h"
-#include "ZellTaskKit/ClientServices.h"
 #include "ZellWidgets/ZellWidgets.h"
 
 #include <QDateTime>
@@ -34,37 +33,44 @@ bool MakeFolder(const std::string& folder)
     return QDir().mkpath(ZellWidgets::StringToQString(folder, nullptr));
 }
 
+std::string GeneratedName()
+{
+    return "ExportFile_" + Zell::Base::TimeUtil::TimeT2StrShortDatetime(std::time(nullptr));
+}
+
+void MakeTaskFolder(std::string& folder)
+{
+    if (!FolderExists(folder)) {
+        const bool made = MakeFolder(folder);
+        LogInfo(" CDownloadBussinessManager::AddDownloadCommTask dir.mkpath state = %d, save_path = %s  ",
+                made, folder.c_str());
+    }
+    QString path = ZellWidgets::StringToQString(folder, nullptr);
+    path.replace("\\", "/", Qt::CaseSensitive);
+    folder = ZellWidgets::QStringToString(path, nullptr);
+}
+
+void FillTaskFields(int purpose, const std::string& name, const std::string& folder,
+                    ZellTaskKit::CDownloadTaskParam& record)
+{
+    record.SetVal_state(purpose == kEvidencePurpose ? ZellTaskKit::Uploading : ZellTaskKit::Downloading);
+    record.SetVal_str_name(name);
+    record.SetVal_str_file_path(folder);
+    record.SetVal_str_resume_xml("");
+    record.SetVal_open_type(ZellTaskKit::OpenFolder);
+    record.SetVal_str_plugin_id(fetchyard_plugin::kId);
+    record.SetVal_operate_time(QDateTime::currentSecsSinceEpoch());
+    record.SetVal_file_size(0);
+    record.SetVal_b_enable_percent(false);
+    record.SetVal_b_enable_speed(false);
+    record.SetVal_b_enable_remain_time(false);
+    record.SetVal_b_enable_size(true);
+}
+
 namespace {
 
 constexpr std::size_t kLongestPath = 259;
 constexpr std::size_t kKeptTail = 23;
-
-// Merges the request's account data into the condition. The plain password goes to the client's account and
-// nowhere else; the condition gets the ciphered one.
-void ReadCheckPassword(const RequestReader& server_request, VsFileParam& settings)
-{
-    if (server_request.Node("CheckPasswordRequest").empty())
-        return;
-    settings.check_password_request = true;
-    settings.str_received_condition = settings.str_request_condition;
-    ZellNetLink::CRapidJsonProto condition;
-    condition.set_str(settings.str_request_condition);
-
-    const RequestReader check = server_request.Below("CheckPasswordRequest");
-    AccountFields account;
-    account.ciphered_password = check.Text("PassWord");
-    std::string plain_password;
-    ZellTaskKit::PrivateEncrypt::AESDecryptForSensitiveInfor(plain_password, account.ciphered_password, 0,
-                                                             false);
-    account.user_name = check.Text("UserName");
-    account.password_type = check.Number("PasswordType");
-    account.web_login_model = check.Number("LoginModel");
-    settings.web_login_model = account.web_login_model;
-    ZellTaskKit::CUserCommonManager::Instance().SetUserInfo(account.user_name, plain_password);
-    WriteAccountFields(condition, account);
-    settings.password_type = account.password_type;
-    settings.str_request_condition = condition.get_str(0);
-}
 
 void ReadDeviceFiles(const RequestReader& server_request, VsFileParam& settings)
 {
@@ -83,7 +89,7 @@ void ReadServerRequest(const RequestReader& data, VsFileParam& settings)
     settings.str_request_method = request.Text("RequestMethod");
     settings.str_request_api = request.Text("RequestAPI");
     settings.str_request_condition = request.Text("RequestCondition");
-    ReadCheckPassword(request, settings);
+    ReadCheckPassword(request, CheckPasswordOf(settings));
     const int site = request.Number("SiteID");
     settings.request_site_id = site < 0 ? 0 : site;
     ReadDeviceFiles(request, settings);
@@ -122,19 +128,12 @@ std::string ShortenName(const std::string& name, std::size_t save_path_length, s
     return name.substr(0, head) + name.substr(name.size() - kKeptTail);
 }
 
-void ReplaceBackslashes(std::string& path)
-{
-    QString text = ZellWidgets::StringToQString(path, nullptr);
-    text.replace("\\", "/", Qt::CaseSensitive);
-    path = ZellWidgets::QStringToString(text, nullptr);
-}
-
 // Names go to the file system as they stand: nothing is cleaned.
 void SettleNames(std::string folder, VsFileParam& settings)
 {
     std::string& name = settings.str_export_file_name;
     if (name.empty())
-        name = "ExportFile_" + Zell::Base::TimeUtil::TimeT2StrShortDatetime(std::time(nullptr));
+        name = GeneratedName();
     LogInfo(" CDownloadBussinessManager::AddDownloadCommTask  save_path = %s   folder_name = %s",
             settings.str_export_file_path.c_str(), folder.c_str());
     std::string save_path = settings.str_export_file_path;
@@ -149,29 +148,7 @@ void SettleNames(std::string folder, VsFileParam& settings)
         folder = name;
     }
     settings.str_export_file_path = save_path + folder + "/";
-    if (!FolderExists(settings.str_export_file_path)) {
-        const bool made = MakeFolder(settings.str_export_file_path);
-        LogInfo(" CDownloadBussinessManager::AddDownloadCommTask dir.mkpath state = %d, save_path = %s  ",
-                made, settings.str_export_file_path.c_str());
-    }
-    ReplaceBackslashes(settings.str_export_file_path);
-}
-
-void FillTaskFields(int purpose, DeterminantDownloadParam& record)
-{
-    record.SetVal_state(purpose == kEvidencePurpose ? ZellTaskKit::Uploading : ZellTaskKit::Downloading);
-    record.SetVal_str_name(record.vs_file_param_.str_export_file_name);
-    record.SetVal_str_file_path(record.vs_file_param_.str_export_file_path);
-    record.SetVal_str_resume_xml("");
-    record.SetVal_open_type(ZellTaskKit::OpenFolder);
-    record.SetVal_str_plugin_id(fetchyard_plugin::kId);
-    record.SetVal_operate_time(QDateTime::currentSecsSinceEpoch());
-    record.SetVal_file_size(0);
-    record.SetVal_b_enable_percent(false);
-    record.SetVal_b_enable_speed(false);
-    record.SetVal_b_enable_remain_time(false);
-    record.SetVal_b_enable_size(true);
-    record.SetIsExportSensitiveInfo(record.vs_file_param_.check_password_request);
+    MakeTaskFolder(settings.str_export_file_path);
 }
 
 std::shared_ptr<CDownloadTaskBase> MakeExportTask(int type, int purpose, const RequestReader& request,
@@ -190,7 +167,8 @@ std::shared_ptr<CDownloadTaskBase> MakeExportTask(int type, int purpose, const R
     ReadPictures(data, settings);
     ReadVideos(data, settings);
     ReadStoredObjects(data, settings);
-    FillTaskFields(purpose, *record);
+    FillTaskFields(purpose, settings.str_export_file_name, settings.str_export_file_path, *record);
+    record->SetIsExportSensitiveInfo(settings.check_password_request);
     if (purpose == kEvidencePurpose)
         record->str_evidence_param = document.get_node_str("/EvidenceParam", 0);
     auto task = std::make_shared<CDeterminantWriteFileTask>();
@@ -216,7 +194,7 @@ std::shared_ptr<CDownloadTaskBase> MakeCommTask(const std::string& text)
         case kDockStationExport:
             return MakeExportTask(type, purpose, request, document);
         case kPersonPictureExport:
-            return MakePersonPictureTask(request);
+            return MakePersonPictureTask(purpose, request, document);
         default:
             return nullptr;
     }
