@@ -62,9 +62,17 @@ public:
     bool AddFileDownloadTask(std::vector<std::string>& task_guids,
                              const std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskParam>>& records);
 
-    // Report exports, one JSON text each. A text that can't be used is logged and skipped. Throws
-    // std::out_of_range for a report name of under 23 bytes whose path is longer than 259.
+    // Exports of reports and of person pictures, one JSON text each. A text that can't be used is logged and
+    // skipped. Throws std::out_of_range for a report name of under 23 bytes whose path is longer than 259.
     bool AddDownloadCommTask(std::vector<std::string>& task_guids, const std::vector<std::string>& requests);
+
+    // Makes the task anew that an unfinished one's resume record tells of, ready to be handed to the engine,
+    // which is left to the caller: nothing is queued here, and no folder is made. False, with the argument as
+    // it was, if the text is no such record. A record of a kind that is not known gives true and leaves the
+    // argument as it was, too, so the caller looks at the pointer. A record with a password check lacks its
+    // account until the engine has put the present one in.
+    bool ResumeDownloadTask(std::shared_ptr<ZellTaskKit::CDownloadTaskBase>& task,
+                            const std::string& resume_xml);
 
     // Passes account data on to the tasks that wait for it.
     bool SetSensitiveInfoToTask(const std::string& text);
