@@ -11,6 +11,7 @@
 #include "station/Recording/CutFiles.h"
 #include "station/Recording/Recordings.h"
 #include "station/Report/PageCursors.h"
+#include "station/Report/PersonSearch.h"
 #include "station/Report/SyntheticReport.h"
 
 #include <filesystem>
@@ -32,6 +33,7 @@ struct Services
         EnsureDockFiles(*database);
         EnsureEvidence(*database);
         EnsureRecordings(*database);
+        EnsurePersons(*database);
     }
 
     Store store;

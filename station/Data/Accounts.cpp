@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -109,23 +110,36 @@ bool AccountCheck::IsRight(const std::string& name, const std::string& password)
     return true;
 }
 
-bool AccountCheck::IsRightCiphered(const std::string& name, const std::string& ciphered, std::string& reason)
+std::string AccountCheck::RefusalOf(const std::string& name, const std::string& ciphered, bool& is_wrong)
 {
     const std::string key = store_.CipherKey();
     std::string password;
-    if (!IsCipherKey(key)) {
-        reason = "The station shares no cipher key with the client; give it one with: station trust.";
-        return false;
+    if (!IsCipherKey(key))
+        return "The station shares no cipher key with the client; give it one with: station trust.";
+    if (!Decipher(key, ciphered, password))
+        return "The password was not ciphered with the key that the station shares.";
+    is_wrong = !IsRight(name, password);
+    return is_wrong ? "The user name or the password is wrong." : "";
+}
+
+AccountCheck::Verdict AccountCheck::CheckCiphered(const std::string& name, const std::string& ciphered)
+{
+    const auto clock = std::chrono::steady_clock::now().time_since_epoch();
+    const std::int64_t now = std::chrono::duration_cast<std::chrono::seconds>(clock).count();
+    Verdict verdict;
+    verdict.remaining = tries_.Of(name, now);
+    if (verdict.remaining.closed_seconds > 0) {
+        verdict.refusal = "The account is closed for a while after " + std::to_string(LoginTries::kTries) +
+                          " wrong passwords.";
+        return verdict;
     }
-    if (!Decipher(key, ciphered, password)) {
-        reason = "The password was not ciphered with the key that the station shares.";
-        return false;
-    }
-    if (!IsRight(name, password)) {
-        reason = "The user name or the password is wrong.";
-        return false;
-    }
-    return true;
+    bool is_wrong = false;
+    verdict.refusal = RefusalOf(name, ciphered, is_wrong);
+    if (is_wrong)
+        verdict.remaining = tries_.CountWrong(name, now);
+    if (verdict.refusal.empty())
+        tries_.CountRight(name);
+    return verdict;
 }
 
 bool DecodeBase64(const std::string& text, std::string& bytes)

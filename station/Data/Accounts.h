@@ -1,5 +1,6 @@
 #pragma once
 
+#include "station/Data/LoginTries.h"
 #include "station/Data/Store.h"
 
 #include <mutex>
@@ -19,11 +20,21 @@ public:
     explicit AccountCheck(Store& store);
 
     bool IsRight(const std::string& name, const std::string& password);
-    // The same for a password ciphered by a client that shares the station's key. Leaves a reason in words.
-    bool IsRightCiphered(const std::string& name, const std::string& ciphered, std::string& reason);
+
+    struct Verdict
+    {
+        std::string refusal;  // the reason in words; empty if the password is right
+        LoginTries::Remaining remaining;
+    };
+    // The same for a password ciphered by a client that shares the station's key, whose wrong tries are
+    // counted. What was ciphered with another key is no try.
+    Verdict CheckCiphered(const std::string& name, const std::string& ciphered);
 
 private:
+    std::string RefusalOf(const std::string& name, const std::string& ciphered, bool& is_wrong);
+
     Store& store_;
+    LoginTries tries_;
     const std::string secret_;  // of this process
     std::mutex mutex_;
     // Digests of pairs found right: the hash is slow on purpose, and every page of a report asks.

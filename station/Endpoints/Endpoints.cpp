@@ -46,11 +46,22 @@ bool ReadBody(Call& call, nlohmann::json& json)
 
 bool PassesPasswordCheck(Call& call, const PasswordCheck& check)
 {
-    std::string reason;
-    if (!check.is_asked ||
-        call.services.accounts.IsRightCiphered(check.user_name, check.ciphered_password, reason))
+    if (!check.is_asked)
         return true;
-    AnswerError(call.response, 200, StationWrongAccount, reason);
+    const AccountCheck::Verdict verdict =
+        call.services.accounts.CheckCiphered(check.user_name, check.ciphered_password);
+    if (verdict.refusal.empty())
+        return true;
+    constexpr int tries_left = 1;
+    constexpr int minutes_closed = 2;
+    const LoginTries::Remaining& remaining = verdict.remaining;
+    const bool is_closed = remaining.closed_seconds > 0;
+    AnswerJson(call, {{"ErrorModule", kModuleStation},
+                      {"ErrorCode", static_cast<int>(StationWrongAccount)},
+                      {"ErrorText", verdict.refusal},
+                      {"RemainingLoginNumber",
+                       is_closed ? (remaining.closed_seconds + 59) / 60 : std::int64_t{remaining.tries}},
+                      {"RemainingLoginType", is_closed ? minutes_closed : tries_left}});
     return false;
 }
 

@@ -23,6 +23,7 @@ enum StationError : int {
 };
 
 std::vector<Route> ReportRoutes();
+std::vector<Route> PersonRoutes();
 std::vector<Route> PictureRoutes();
 std::vector<Route> CameraRoutes();
 std::vector<Route> FileRoutes();
@@ -45,7 +46,9 @@ void AnswerJson(Call& call, const nlohmann::ordered_json& answer);
 
 // Reads the body of the request; answers status 400 and returns false if it is no JSON text.
 bool ReadBody(Call& call, nlohmann::json& json);
-// True if no check is asked for or it names the right account; otherwise answers the refusal.
+// True if no check is asked for or it names the right account; otherwise answers the refusal, with what the
+// account has left: "RemainingLoginNumber" counts tries if "RemainingLoginType" is 1, and minutes until the
+// account is open again if it is 2.
 bool PassesPasswordCheck(Call& call, const PasswordCheck& check);
 
 }  // namespace Station

@@ -45,7 +45,7 @@ bool MatchesPath(std::string_view pattern, std::string_view path, std::vector<st
 std::vector<Route> StationRoutes()
 {
     std::vector<Route> routes;
-    for (const auto& group : {ReportRoutes(), PictureRoutes(), CameraRoutes(), FileRoutes(),
+    for (const auto& group : {ReportRoutes(), PersonRoutes(), PictureRoutes(), CameraRoutes(), FileRoutes(),
                               RecordingRoutes(), DockRoutes(), EvidenceRoutes(), GeneratedRoutes(),
                               LogRoutes(), SyntheticRoutes(), HealthRoutes(), ControlRoutes()})
         routes.insert(routes.end(), group.begin(), group.end());

@@ -51,6 +51,8 @@ bool ReadPictures(const Json& json, PictureMode& mode, std::string& reason)
     return true;
 }
 
+}  // namespace
+
 bool HasPage(const Json& json, std::string& reason)
 {
     for (const char* name : {"PageIndex", "PageSize"}) {
@@ -61,8 +63,6 @@ bool HasPage(const Json& json, std::string& reason)
     }
     return true;
 }
-
-}  // namespace
 
 bool ReadNumber(const Json& json, const char* name, std::int64_t least, std::int64_t most,
                 std::int64_t& value, std::string& reason)

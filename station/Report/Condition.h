@@ -54,6 +54,8 @@ bool ReadPointInTime(const nlohmann::json& json, const char* name, std::optional
 // A list of at most kMostChoices whole numbers.
 bool ReadNumbers(const nlohmann::json& json, const char* name, std::vector<std::int64_t>& values,
                  std::string& reason);
+// False if the condition does not say which page, of which size.
+bool HasPage(const nlohmann::json& json, std::string& reason);
 bool ReadPasswordCheck(const nlohmann::json& json, PasswordCheck& check, std::string& reason);
 
 }  // namespace Station

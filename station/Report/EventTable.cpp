@@ -60,4 +60,13 @@ std::string PictureAddress(const Event& event)
            (event.picture.empty() ? "event-" + std::to_string(event.id) + ".jpg" : event.picture);
 }
 
+std::string ToFileStem(std::string text)
+{
+    for (char& letter : text)
+        if (static_cast<unsigned char>(letter) < 0x20 ||
+            std::string_view("/\\:*?\"<>|").find(letter) != std::string_view::npos)
+            letter = '-';
+    return text;
+}
+
 }  // namespace Station

@@ -59,5 +59,7 @@ private:
 int LevelOf(const Event& event);
 // Address of an event's picture.
 std::string PictureAddress(const Event& event);
+// The text without what file systems refuse.
+std::string ToFileStem(std::string text);
 
 }  // namespace Station

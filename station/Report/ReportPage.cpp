@@ -89,16 +89,10 @@ void AppendHead(std::string& out, const ReportCondition& condition, std::int64_t
     out += ']';
 }
 
-// A stem for the picture's file: the time, the camera and the event's number, without what file systems
-// refuse.
+// A stem for the picture's file: the time, the camera and the event's number.
 std::string PictureTitle(const Event& event)
 {
-    std::string title = FormatTimeForFile(event.time) + "_" + event.camera + "_" + std::to_string(event.id);
-    for (char& letter : title)
-        if (static_cast<unsigned char>(letter) < 0x20 ||
-            std::string_view("/\\:*?\"<>|").find(letter) != std::string_view::npos)
-            letter = '-';
-    return title;
+    return ToFileStem(FormatTimeForFile(event.time) + "_" + event.camera + "_" + std::to_string(event.id));
 }
 
 void AppendPicture(std::string& out, const Event& event, PictureMode mode)
