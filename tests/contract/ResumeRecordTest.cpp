@@ -1,13 +1,9 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
 #include "support/ContractTest.h"
-#include "ZellBase/Util.h"
+#include "support/ResumeRecords.h"
 
-#include <fstream>
 #include <functional>
-#include <iterator>
 
-// The resume record is read by other programs and by later versions of this one: the files in golden/ are
-// what they find behind the Base64.
 namespace contract {
 namespace {
 
@@ -15,29 +11,6 @@ using namespace FetchyardBussiness;
 using Zell::Base::Error::ErrorCode;
 using Zell::MultimediaComm::InfoOverlay;
 using Zell::MultimediaComm::InfoOverlayLineArray;
-
-std::string Decoded(const std::string& base64)
-{
-    std::string text;
-    EXPECT_TRUE(Zell::Base::Encrypt::Base64Decode(text, base64));
-    return text;
-}
-
-std::string Encoded(const std::string& text)
-{
-    std::string base64;
-    Zell::Base::Encrypt::Base64Encode(base64, text);
-    return base64;
-}
-
-std::string Golden(const std::string& name)
-{
-    std::ifstream file(std::string(GOLDEN_FOLDER) + "/" + name, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (!text.empty() && text.back() == '\n')
-        text.pop_back();
-    return text;
-}
 
 void FillSettings(DeterminantDownloadParam& param)
 {

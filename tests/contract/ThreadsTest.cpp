@@ -2,6 +2,7 @@
 #include "fakes/ZellBase/FakeMessageLoop.h"
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "support/ExportTest.h"
+#include "support/PersonTest.h"
 
 #include <algorithm>
 #include <atomic>
@@ -286,6 +287,58 @@ TEST_F(ThreadsTest, RequestsFromSeveralThreadsEachGiveTheirTask)
         thread.join();
     EXPECT_EQ(tasks, 200);
     EXPECT_EQ(fakes::TheScript().handed_over.size(), 200U);
+}
+
+class PersonThreadsTest : public PersonTest
+{
+protected:
+    PersonThreadsTest()
+    {
+        fakes::SetRecording(false);
+        Settings().str_save_path = Folder() + "Pers\xE4/";
+        fakes::TheScript().utf8_mark = Folder() + "utf8";
+        task_->SetDownloadTaskParam(record_, false);
+        task_->SetTaskHost(&states_);
+    }
+
+    ~PersonThreadsTest() override { task_->SetTaskHost(nullptr); }
+
+    StateList states_;
+};
+
+// The folder of the record changes on the way, when the archive is made.
+TEST_F(PersonThreadsTest, PersonExportIsWatchedAndStoppedAtAnyMoment)
+{
+    static const std::vector<std::string> operations = {"DirectoryExists", "GetExportPicDataList",
+                                                        "SyncLoadImage", "LaunchApp", "RenameFile"};
+    Pollers pollers;
+    pollers.Add([this] { task_->GetProgress(); });
+    pollers.Add([this] {
+        task_->GetDownloadState();
+        task_->Suspend();
+    });
+    for (int number = 0; number < kRuns; ++number) {
+        fakes::TheScript().person_pages.clear();
+        for (int page = 1; page <= 3; ++page)
+            AddPage({"a", "b"}, page == 3);
+        Settings().file_total_page_is_finished = false;
+        Settings().str_save_path = Folder() + "Pers\xE4/";
+        std::atomic<bool> now{false};
+        const std::string& operation = operations[static_cast<std::size_t>(number) % operations.size()];
+        fakes::OnCall(operation, fakes::CountOf(operation) + 1, [&now] { now = true; });
+        std::thread requester([this, &now] {
+            while (!now)
+                std::this_thread::yield();
+            task_->Stop();
+        });
+        task_->Exec();
+        now = true;
+        requester.join();
+        const std::vector<int> states = states_.Take();
+        ASSERT_EQ(states.size(), 2U) << "run " << number;
+        EXPECT_EQ(states.front(), 1);
+        EXPECT_TRUE(states.back() == 4 || states.back() == 6) << states.back();
+    }
 }
 
 }  // namespace

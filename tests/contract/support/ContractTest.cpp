@@ -3,6 +3,7 @@
 #include "ZellBase/Error.h"
 
 #include <filesystem>
+#include <sstream>
 
 namespace contract {
 
@@ -35,6 +36,35 @@ std::string ContractTest::Trace()
 bool ContractTest::Exists(const std::string& path_in_folder) const
 {
     return std::filesystem::exists(folder_ + path_in_folder);
+}
+
+std::string ContractTest::States(const std::string& trace)
+{
+    std::istringstream lines(trace);
+    std::string states;
+    std::string error;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string word;
+        std::string state;
+        words >> word >> state;
+        if (word != "state")
+            continue;
+        states += state + " ";
+        words >> error;
+    }
+    return states + error;
+}
+
+std::string ContractTest::Lines(const std::string& trace, const std::string& start)
+{
+    std::istringstream lines(trace);
+    std::string found = "\n";
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind(start, 0) == 0)
+            found += line + "\n";
+    }
+    return found;
 }
 
 }  // namespace contract

@@ -23,6 +23,10 @@ protected:
     std::string InFolder(std::string text) const;
     // The journal since the last call, a line feed in front and behind each line: the form of a raw literal.
     static std::string Trace();
+    // The numbers of the states that a run reported, as "1 4", with the error of the last.
+    static std::string States(const std::string& trace);
+    // The lines of a trace that begin with the words, with a line feed in front.
+    static std::string Lines(const std::string& trace, const std::string& start);
     bool Exists(const std::string& path_in_folder) const;
 
 private:

@@ -3,7 +3,6 @@
 #include "ZellBase/Error.h"
 
 #include <filesystem>
-#include <sstream>
 
 namespace contract {
 
@@ -42,35 +41,6 @@ std::string ExportTest::Run()
     fakes::Take();
     task_->Exec();
     return Trace();
-}
-
-std::string ExportTest::States(const std::string& trace)
-{
-    std::istringstream lines(trace);
-    std::string states;
-    std::string error;
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream words(line);
-        std::string word;
-        std::string state;
-        words >> word >> state;
-        if (word != "state")
-            continue;
-        states += state + " ";
-        words >> error;
-    }
-    return states + error;
-}
-
-std::string ExportTest::Lines(const std::string& trace, const std::string& start)
-{
-    std::istringstream lines(trace);
-    std::string found = "\n";
-    for (std::string line; std::getline(lines, line);) {
-        if (line.rfind(start, 0) == 0)
-            found += line + "\n";
-    }
-    return found;
 }
 
 }  // namespace contract
