@@ -1,9 +1,10 @@
 #include "fakes/Journal.h"
 #include "fakes/Script.h"
-#include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
+#include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "FuzzTarget.h"
 
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -14,20 +15,24 @@ using FetchyardBussiness::DeterminantDownloadParam;
 // What a task was made of survives as a resume record.
 void Resume(ZellTaskKit::CDownloadTaskBase& task)
 {
-    const auto record = task.GetDownloadTaskParam<DeterminantDownloadParam>();
-    if (!record)
-        return;
-    DeterminantDownloadParam resumed;
-    resumed.SetVal_str_resume_xml(record->CreateResumeXml());
-    fuzz::Expect(resumed.ResumeParamFromXml(), "a record that was written can be read");
-    fuzz::Expect(
-        resumed.vs_file_param_.vec_image_download.size() == record->vs_file_param_.vec_image_download.size(),
-        "every picture comes back");
+    const auto record = task.GetDownloadTaskParam<ZellTaskKit::CDownloadTaskParam>();
+    std::shared_ptr<ZellTaskKit::CDownloadTaskBase> resumed;
+    fuzz::Expect(FetchyardBussiness::CDownloadBussinessManager::Instance().ResumeDownloadTask(
+                     resumed, record->CreateResumeXml()) &&
+                     resumed != nullptr,
+                 "a record that was written gives a task");
+    const auto before = task.GetDownloadTaskParam<DeterminantDownloadParam>();
+    const auto after = resumed->GetDownloadTaskParam<DeterminantDownloadParam>();
+    fuzz::Expect((before == nullptr) == (after == nullptr), "the task is of the same kind");
+    if (before)
+        fuzz::Expect(before->vs_file_param_.vec_image_download.size() ==
+                         after->vs_file_param_.vec_image_download.size(),
+                     "every picture comes back");
 }
 
 }  // namespace
 
-// Report exports as JSON. No folder is made: the driver's mkdir refuses.
+// Exports of reports and of person pictures as JSON. No folder is made: the driver's mkdir refuses.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fakes::Reset();

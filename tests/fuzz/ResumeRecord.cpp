@@ -1,13 +1,13 @@
 #include "fakes/Journal.h"
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantDownloadParam.h"
+#include "FetchyardBussiness/DeterminantWriteFile/DownloadPersonPicTaskParam.h"
 #include "FuzzTarget.h"
 #include "ZellBase/Util.h"
 
 namespace {
 
-using FetchyardBussiness::DeterminantDownloadParam;
-
-bool Read(const std::string& base64, DeterminantDownloadParam& param)
+template <typename Record>
+bool Read(const std::string& base64, Record& param)
 {
     param.SetVal_str_resume_xml(base64);
     return param.ResumeParamFromXml();
@@ -15,11 +15,15 @@ bool Read(const std::string& base64, DeterminantDownloadParam& param)
 
 // What was read, written and read again is the same to the writer, but for the condition of a password check,
 // which the second record has lost.
-void WriteAndReadAgain(DeterminantDownloadParam& param)
+template <typename Record>
+void ReadAndWriteAgain(const std::string& record)
 {
-    DeterminantDownloadParam second;
-    DeterminantDownloadParam third;
-    fuzz::Expect(Read(param.CreateResumeXml(), second), "a record that was written can be read");
+    Record first;
+    if (!Read(record, first))
+        return;
+    Record second;
+    Record third;
+    fuzz::Expect(Read(first.CreateResumeXml(), second), "a record that was written can be read");
     const std::string written = second.CreateResumeXml();
     fuzz::Expect(Read(written, third) && third.CreateResumeXml() == written,
                  "the second record is the third");
@@ -27,7 +31,8 @@ void WriteAndReadAgain(DeterminantDownloadParam& param)
 
 }  // namespace
 
-// The document of a resume record, and the same bytes as the text that should be its Base64.
+// The document of a resume record, and the same bytes as the text that should be its Base64, read as the
+// record of each kind of export.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text = fuzz::Text(data, size);
@@ -35,9 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string base64;
     Zell::Base::Encrypt::Base64Encode(base64, text);
     for (const std::string& record : {base64, text}) {
-        DeterminantDownloadParam param;
-        if (Read(record, param))
-            WriteAndReadAgain(param);
+        ReadAndWriteAgain<FetchyardBussiness::DeterminantDownloadParam>(record);
+        ReadAndWriteAgain<FetchyardBussiness::DownloadPersonPicTaskParam>(record);
     }
     return 0;
 }
