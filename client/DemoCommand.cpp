@@ -117,6 +117,18 @@ json PicturesAlone(const std::string& folder)
     return request;
 }
 
+// The archive lies below the client's save folder, which is that of the demonstration.
+json PersonPictures()
+{
+    json search;
+    search["RequestMethod"] = "POST";
+    search["RequestAPI"] = "/api/v1/persons/report";
+    search["RequestCondition"] = json({{"PageIndex", 1}, {"PageSize", 50}, {"PicturesOfPerson", 5}}).dump();
+    const json node = {
+        {"PicDownloadRequestNode", search}, {"ZipEncodingPassword", kPassword}, {"ZipName", "Persons"}};
+    return {{"FileExportRequest", {{"FileExportType", 2}, {"PersonExportPicNode", node}}}};
+}
+
 std::vector<RequestSource> DemoRequests(const std::string& folder)
 {
     const json table = ExportRequest(
@@ -127,7 +139,8 @@ std::vector<RequestSource> DemoRequests(const std::string& folder)
             {"evidence", Evidence(folder).dump()},
             {"logs that the station gathers", GatheredLogs(folder).dump()},
             {"files of a dock station", DockStationFiles(folder).dump()},
-            {"pictures and a clip", PicturesAlone(folder).dump()}};
+            {"pictures and a clip", PicturesAlone(folder).dump()},
+            {"pictures of persons", PersonPictures().dump()}};
 }
 
 void ListFolder(const std::string& folder)
@@ -157,9 +170,10 @@ void TellHowToOpen(const std::string& folder)
     std::printf(
         "\nTo open them:\n"
         "  the archive   7za x -p%s \"%sAlarms with pictures/Alarms with pictures.zip\"\n"
+        "  the persons   7za x -p%s \"%sPersons/Persons.zip\"\n"
         "  the workbook  any office program; the pictures stand in its cells\n"
         "  the CSV       any office program, as UTF-8 with commas\n",
-        kPassword, folder.c_str());
+        kPassword, folder.c_str(), kPassword, folder.c_str());
 }
 
 }  // namespace

@@ -84,6 +84,11 @@ std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& 
     constexpr int logs = 3;
     constexpr int dock_station_files = 4;
     std::vector<ExpectedFile> files;
+    const json& person = Member(Member(request, "FileExportRequest"), "PersonExportPicNode");
+    if (person.is_object()) {
+        files.push_back({folder + name + ".zip", true, Text(person, "ZipEncodingPassword")});
+        return files;
+    }
     const json& data = Member(Member(request, "FileExportRequest"), "RequestData");
     const int type = Number(Member(request, "FileExportRequest"), "FileExportType", 0);
     const json& write = Member(data, "WriteFileCondition");

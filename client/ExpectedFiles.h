@@ -23,9 +23,9 @@ struct ExpectedFile
     Content content = Content::kBySuffix;
 };
 
-// The files that a report export leaves when all goes well. name and folder are those of the task: report
-// name without suffix, and export folder with its final "/". An export that is packed leaves its archive
-// alone.
+// The files that an export leaves when all goes well. name and folder are those of the task: name of the
+// report or the archive without suffix, and export folder with its final "/". An export that is packed, as
+// person pictures always are, leaves its archive alone.
 std::vector<ExpectedFile> ExpectedFiles(const nlohmann::json& request, const std::string& name,
                                         const std::string& folder);
 

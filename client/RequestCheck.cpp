@@ -100,9 +100,9 @@ void CheckFileList(const json& request, std::vector<Violation>& violations)
     }
 }
 
-void CheckPageCondition(const json& request, std::vector<Violation>& violations)
+void CheckPageCondition(const json& request, const char* server_request, std::vector<Violation>& violations)
 {
-    const json::json_pointer pointer("/FileExportRequest/RequestData/ExportFileParam/RequestCondition");
+    const json::json_pointer pointer(std::string(server_request) + "/RequestCondition");
     if (!request.contains(pointer) || !request[pointer].is_string())
         return;
     const std::string text = request[pointer];
@@ -123,14 +123,27 @@ bool ParseRequest(const std::string& text, json& request, std::vector<Violation>
     }
 }
 
+bool IsPersonRequest(const json& request)
+{
+    const json::json_pointer type("/FileExportRequest/FileExportType");
+    return request.contains(json::json_pointer("/FileExportRequest/PersonExportPicNode")) ||
+           (request.contains(type) && request[type] == 2);
+}
+
+const char* ServerRequestOf(const json& request)
+{
+    return IsPersonRequest(request) ? "/FileExportRequest/PersonExportPicNode/PicDownloadRequestNode"
+                                    : "/FileExportRequest/RequestData/ExportFileParam";
+}
+
 std::vector<Violation> CheckRequest(const json& request)
 {
     std::vector<Violation> violations;
     if (IsFileList(request)) {
         CheckFileList(request, violations);
     } else {
-        CheckSchema("report-export", "", request, violations);
-        CheckPageCondition(request, violations);
+        CheckSchema(IsPersonRequest(request) ? "person-pictures" : "report-export", "", request, violations);
+        CheckPageCondition(request, ServerRequestOf(request), violations);
     }
     return violations;
 }

@@ -62,8 +62,8 @@ bool Accept(const RequestSource& source, Job& job)
 
 bool EncipherPassword(Job& job)
 {
-    const json::json_pointer pointer(
-        "/FileExportRequest/RequestData/ExportFileParam/CheckPasswordRequest/PassWord");
+    const json::json_pointer pointer(std::string(ServerRequestOf(job.request)) +
+                                     "/CheckPasswordRequest/PassWord");
     if (!job.request.contains(pointer))
         return true;
     std::string ciphered;
