@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 using nlohmann::json;
@@ -14,6 +15,7 @@ using namespace SystemTest;
 namespace {
 
 constexpr char kReport[] = "/api/v1/events/report";
+constexpr char kPersons[] = "/api/v1/persons/report";
 constexpr char kKey[] = "000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f";
 
 // What a client sends for a password: Base64 of nonce, AES-256-GCM text and tag.
@@ -183,6 +185,35 @@ TEST_F(StationAccounts, PasswordCheckThatIsNoObjectIsABadCondition)
     for (const auto& [path, condition] :
          Orders({{"PageIndex", 1}, {"PageSize", 1}, {"CheckPasswordRequest", "me"}}))
         EXPECT_EQ(station.Post(path, condition)["ErrorCode"], 1) << path;
+}
+
+TEST_F(StationAccounts, RefusalTellsWhatTheAccountHasLeftUntilARightPassword)
+{
+    const StationProcess station;
+    station.Trust(WriteKey(kKey));
+    const auto remaining = [&station](const std::string& path, const std::string& password) {
+        const json answer = station.Post(path, Condition("operator", Encipher(password)));
+        return std::pair<int, int>{answer.value("RemainingLoginNumber", 0),
+                                   answer.value("RemainingLoginType", 0)};
+    };
+    using Pair = std::pair<int, int>;
+    EXPECT_EQ(remaining(kReport, "guess"), Pair(4, 1));
+    EXPECT_EQ(remaining(kPersons, "guess"), Pair(3, 1));
+    EXPECT_EQ(remaining(kPersons, "fetchyard"), Pair(0, 0));
+    for (int left = 4; left > 0; --left)
+        EXPECT_EQ(remaining(kPersons, "guess"), Pair(left, 1));
+    EXPECT_EQ(remaining(kPersons, "guess"), Pair(10, 2));
+    ExpectRefused(station.Post(kPersons, Condition("operator", Encipher("fetchyard"))), "closed");
+    EXPECT_EQ(remaining(kReport, "fetchyard").second, 2);
+}
+
+TEST_F(StationAccounts, TextOfAnotherKeyIsNoTry)
+{
+    const StationProcess station;
+    station.Trust(WriteKey(kKey));
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(station.Post(kPersons, Condition("operator", "nonsense"))["RemainingLoginNumber"], 5);
+    EXPECT_EQ(station.Post(kPersons, Condition("operator", Encipher("fetchyard")))["ErrorCode"], 0);
 }
 
 TEST_F(StationAccounts, AlteredCipherTextIsRefused)
