@@ -29,6 +29,7 @@ struct Piece
     std::int64_t first = 0;         // tick of the first frame that is wanted
     bool needs_encoder = false;     // for the frames of the group, or for all
     bool is_of_other_size = false;  // is encoded anew as a whole
+    AVRational base = {1, 1000};    // what a tick is, in seconds
     std::int64_t delay = 0;         // between decoding and showing
     ParameterSets sets;
 
@@ -103,6 +104,7 @@ private:
         piece.is_of_other_size = source.VideoKind().width != model_->VideoKind().width ||
                                  source.VideoKind().height != model_->VideoKind().height;
         piece.first = source.FirstTick();
+        piece.base = source.Video().time_base;
         source.GoToKeyFrame(piece.From());
         ReadGroup(piece);
         // Files of parts from the start are opened again when it is their turn: there may be many.
@@ -146,7 +148,7 @@ private:
         ParameterSets all = pieces_.front().sets;
         std::set<unsigned> numbers = NumbersOf(all);
         for (const Piece& piece : pieces_) {
-            delay_ = std::max(delay_, av_rescale_q(piece.delay, Base(piece), Base()));
+            delay_ = std::max(delay_, av_rescale_q(piece.delay, piece.base, Base()));
             if (!piece.is_of_other_size)
                 Join(all, numbers, piece.sets);
         }
@@ -212,10 +214,6 @@ private:
     }
 
     AVRational Base() const { return model_->Video().time_base; }
-    AVRational Base(const Piece& piece) const
-    {
-        return piece.source ? piece.source->Video().time_base : Base();
-    }
 
     void Write(Piece& piece)
     {
@@ -276,7 +274,7 @@ private:
 
     void EncodeGroupAndCopyRest(Piece& piece)
     {
-        FrameEncoder encoder(EncoderPlanFor(Base(piece)));
+        FrameEncoder encoder(EncoderPlanFor(piece.base));
         FrameDecoder decoder(piece.source->Video());
         const auto sink = [&](AVFrame& frame) { EncodeFrame(piece, encoder, frame, frame); };
         std::size_t at = 0;
@@ -299,7 +297,7 @@ private:
 
     void EncodeAll(Piece& piece)
     {
-        FrameEncoder encoder(EncoderPlanFor(Base(piece)));
+        FrameEncoder encoder(EncoderPlanFor(piece.base));
         FrameDecoder decoder(piece.source->Video());
         PictureFitter fitter(model_->VideoKind().width, model_->VideoKind().height);
         const auto sink = [&](AVFrame& frame) { EncodeFrame(piece, encoder, frame, fitter.Fit(frame)); };
@@ -335,7 +333,7 @@ private:
 
     void WriteCopy(const Piece& piece, AVPacket& packet)
     {
-        const std::int64_t further = delay_ - av_rescale_q(piece.delay, Base(piece), Base());
+        const std::int64_t further = delay_ - av_rescale_q(piece.delay, piece.base, Base());
         WriteWithSets(piece, packet, piece.sets, further);
     }
 
@@ -353,7 +351,7 @@ private:
     // Ticks of the whole video; decoding is to be that much earlier than it says.
     void WriteVideo(const Piece& piece, AVPacket& packet, std::int64_t earlier)
     {
-        const AVRational base = Base(piece);
+        const AVRational base = piece.base;
         packet.pts = start_ + av_rescale_q(packet.pts - piece.first, base, Base());
         packet.dts = start_ + av_rescale_q(packet.dts - piece.first, base, Base()) - earlier;
         packet.dts = std::max(packet.dts, last_dts_ + 1);
@@ -380,9 +378,9 @@ private:
         const AVStream* const audio = piece.source->Audio();
         if (model_->Audio() == nullptr || audio == nullptr || !HasSameSound(*audio))
             return;
-        const std::int64_t first = av_rescale_q(piece.first, Base(piece), audio->time_base);
+        const std::int64_t first = av_rescale_q(piece.first, piece.base, audio->time_base);
         const std::int64_t video_first =
-            av_rescale_q(piece.source->FirstTick(), Base(piece), audio->time_base);
+            av_rescale_q(piece.source->FirstTick(), piece.base, audio->time_base);
         const bool is_wanted =
             packet.pts >= first &&
             av_compare_ts(packet.pts - video_first, audio->time_base, piece.To(), kMilliseconds) < 0;
