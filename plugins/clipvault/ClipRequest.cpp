@@ -91,11 +91,18 @@ std::string Indexed(const std::string& path, int index)
     return path + "[" + std::to_string(index) + "]";
 }
 
+// Exports send the low 32 bits of a time, which are below 0 from 2038 on.
+std::int64_t WholeTime(std::int64_t seconds)
+{
+    constexpr std::int64_t kHalf = std::int64_t{1} << 31;
+    return seconds < 0 && seconds >= -kHalf ? seconds + 2 * kHalf : seconds;
+}
+
 ClipTime ReadTime(Reader& reader, const std::string& path)
 {
     ClipTime time;
-    time.begin = reader.NeededNumber(path + "/StartTime");
-    time.end = reader.NeededNumber(path + "/EndTime");
+    time.begin = WholeTime(reader.NeededNumber(path + "/StartTime"));
+    time.end = WholeTime(reader.NeededNumber(path + "/EndTime"));
     if (time.begin < 0 || time.end <= time.begin)
         reader.Complain(path + " ends before it begins");
     return time;

@@ -107,7 +107,8 @@ bool Serve(std::shared_ptr<CPluginCommData>& response, const std::shared_ptr<CPl
 {
     std::string json;
     std::string answer;
-    request->JsonTxt(json);
+    if (request)
+        request->JsonTxt(json);
     const bool is_good = RunGuarded(json, answer);
     response = std::make_shared<CPluginCommData>(answer, nullptr);
     return is_good;

@@ -81,6 +81,14 @@ TEST(ClipRequest, PresenceOfTheWatermarkCountsAndNotItsValue)
     EXPECT_FALSE(Read(Replaced(",\"IsNeedPlatformWatermark\":false", "")).is_stamped_later);
 }
 
+TEST(ClipRequest, TimesBelowZeroAreThoseFrom2038On)
+{
+    const ClipRequest request = Read(Replaced("\"EndTime\":2147483648", "\"EndTime\":-2147483648"));
+    EXPECT_EQ(request.resources[0].times[1].begin, 2147483647);
+    EXPECT_EQ(request.resources[0].times[1].end, 2147483648);
+    EXPECT_NE(Refusal(Replaced("100", "-2147483649")), "");
+}
+
 TEST(ClipRequest, ExtensionsFollowTheFormat)
 {
     ClipRequest request;
