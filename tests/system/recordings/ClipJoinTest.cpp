@@ -1,5 +1,8 @@
 #include "RecordingsFixture.h"
 
+#include <chrono>
+#include <thread>
+
 using nlohmann::json;
 using namespace SystemTest;
 
@@ -95,6 +98,18 @@ TEST_F(StationClipJoin, CutOfFramesOutOfOrderBeginsExactlyAndEndsAFewLate)
     EXPECT_EQ(Complaints(path), "");
 }
 
+TEST_F(StationClipJoin, RecordingOfAnotherTimeScaleGoesOnAtItsOwnPace)
+{
+    const std::string path =
+        Made("testsrc2=size=640x360:rate=30:duration=2", {"-bf", "2", "-video_track_timescale", "90000"});
+    MustImport(path, 1, kMidnight);
+    const VideoLook clip(Clip(ClipQuery(1, "2026-01-31T23:59:58.52Z", "2026-02-01T00:00:02Z")));
+    ASSERT_EQ(clip.frames.size(), 37u + 60u);
+    EXPECT_EQ(clip.frames[36].shown_ms, 36 * 40);
+    EXPECT_EQ(clip.frames[37].shown_ms, 37 * 40);
+    EXPECT_NEAR(static_cast<double>(clip.frames[67].shown_ms), 37 * 40 + 1000, 1);
+}
+
 TEST_F(StationClipJoin, OtherSizeIsFittedIntoTheFirst)
 {
     MustImport(Made("color=c=white:size=240x360:rate=25:duration=2", {}), 1, kMidnight);
@@ -111,6 +126,26 @@ TEST_F(StationClipJoin, OtherSizeIsFittedIntoTheFirst)
     EXPECT_LT(qGray(last.pixel(20, 180)), 20);
     EXPECT_GT(qGray(last.pixel(320, 180)), 235);
     EXPECT_LT(qGray(last.pixel(620, 180)), 20);
+}
+
+TEST_F(StationClipJoin, ClientThatGoesAwayEndsTheMaking)
+{
+    // Twenty minutes of another size, which are encoded anew: that takes the better part of a minute.
+    MustImport(Made("color=c=white:size=160x120:rate=25:duration=1200", {"-preset", "ultrafast"}), 1,
+               kMidnight);
+    const auto client = station_.Connect();
+    std::thread asking(
+        [&] { client->Get("/api/v1/recordings" + ClipQuery(1, kMidnight - 1, kMidnight + 1200)); });
+    const std::string cuts = station_.DataFolder() + "/cuts";
+    while (NamesIn(cuts).empty())
+        std::this_thread::yield();
+    client->stop();
+    asking.join();
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+    while (!NamesIn(cuts).empty() && std::chrono::steady_clock::now() < limit)
+        std::this_thread::yield();
+    EXPECT_EQ(NamesIn(cuts), std::vector<std::string>{});
+    EXPECT_EQ(Get("?camera=1")->status, 200);
 }
 
 TEST_F(StationClipJoin, SoundIsCopiedAndStaysWithThePicture)
