@@ -58,7 +58,7 @@ void Workshop::Close()
 std::string Workshop::Take(WorkOrder order)
 {
     const auto work = std::make_shared<Work>();
-    const std::string guid = NewGuid();
+    std::string guid = NewGuid();
     work->path = folder_ / (guid + order.suffix);
     work->order = std::move(order);
     const std::lock_guard<std::mutex> lock(mutex_);

@@ -5,8 +5,9 @@
 #include <gtest/gtest.h>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <fstream>
-#include <future>
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -18,23 +19,35 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A maker that works until it is told to end.
-struct Blocker
+// A maker that works until it is told to end; it may outlive the test's own part.
+class Blocker
 {
-    std::promise<void> begun;
-    std::atomic<bool> may_end{false};
-
-    WorkOrder Order()
+public:
+    WorkOrder Order() const
     {
         WorkOrder order;
-        order.make = [this](const fs::path& path, WorkProgress& progress) {
+        order.make = [state = state_](const fs::path& path, WorkProgress& progress) {
             std::ofstream(path) << "half";
-            begun.set_value();
-            while (!may_end && !progress.is_unwanted)
+            state->has_begun = true;
+            while (!state->may_end && !progress.is_unwanted)
                 std::this_thread::yield();
         };
         return order;
     }
+    void WaitUntilBegun() const
+    {
+        while (!state_->has_begun)
+            std::this_thread::yield();
+    }
+    void LetEnd() const { state_->may_end = true; }
+
+private:
+    struct State
+    {
+        std::atomic<bool> has_begun{false};
+        std::atomic<bool> may_end{false};
+    };
+    const std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
 class StationWorkshop : public testing::Test
@@ -89,13 +102,13 @@ TEST(StationGuid, IsOfItsFormAndNeverTheSame)
 
 TEST_F(StationWorkshop, WorkHasItsNameOnlyWhenItIsWhole)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string guid = workshop_.Take(blocker.Order());
-    blocker.begun.get_future().wait();
+    blocker.WaitUntilBegun();
     EXPECT_EQ(Files(), std::set<std::string>{guid + ".part"});
     EXPECT_EQ(Poll(guid), WorkState::Working);
     EXPECT_FALSE(workshop_.Find(guid));
-    blocker.may_end = true;
+    blocker.LetEnd();
     workshop_.WaitUntilDone(guid);
     EXPECT_EQ(Files(), std::set<std::string>{guid});
     EXPECT_EQ(workshop_.Find(guid), path_ / guid);
@@ -104,7 +117,7 @@ TEST_F(StationWorkshop, WorkHasItsNameOnlyWhenItIsWhole)
 TEST_F(StationWorkshop, WorkIsMadeInTheOrderOfTheOrders)
 {
     std::vector<int> order;
-    Blocker blocker;
+    const Blocker blocker;
     workshop_.Take(blocker.Order());
     std::string last;
     for (int i = 1; i <= 3; ++i) {
@@ -115,7 +128,7 @@ TEST_F(StationWorkshop, WorkIsMadeInTheOrderOfTheOrders)
         };
         last = workshop_.Take(one);
     }
-    blocker.may_end = true;
+    blocker.LetEnd();
     workshop_.WaitUntilDone(last);
     EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
 }
@@ -137,13 +150,13 @@ TEST_F(StationWorkshop, PollsTellOfRowsAndHandTheNoteBack)
 
 TEST_F(StationWorkshop, PollsThatAreUsedUpDoNotMakeItReadyBeforeItIsMade)
 {
-    Blocker blocker;
+    const Blocker blocker;
     WorkOrder order = blocker.Order();
     order.ready_after_polls = 1;
     const std::string guid = workshop_.Take(order);
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(Poll(guid), WorkState::Working);
-    blocker.may_end = true;
+    blocker.LetEnd();
     workshop_.WaitUntilDone(guid);
     EXPECT_EQ(Poll(guid), WorkState::Ready);
 }
@@ -187,9 +200,9 @@ TEST_F(StationWorkshop, WorkThatMadeNothingFails)
 
 TEST_F(StationWorkshop, StopWhileItIsMadeLeavesNothingAndStaysStopped)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string guid = workshop_.Take(blocker.Order());
-    blocker.begun.get_future().wait();
+    blocker.WaitUntilBegun();
     EXPECT_TRUE(workshop_.Stop(guid));
     EXPECT_TRUE(workshop_.Stop(guid));
     EXPECT_EQ(Poll(guid), WorkState::Stopped);
@@ -213,9 +226,9 @@ TEST_F(StationWorkshop, StopOfMadeWorkRemovesItAndOfFailedWorkChangesNothing)
 
 TEST_F(StationWorkshop, DropWhileItIsMadeLeavesNothing)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string guid = workshop_.Take(blocker.Order());
-    blocker.begun.get_future().wait();
+    blocker.WaitUntilBegun();
     EXPECT_TRUE(workshop_.Drop(guid));
     EXPECT_FALSE(workshop_.Drop(guid));
     EXPECT_FALSE(workshop_.Poll(guid));
@@ -226,13 +239,13 @@ TEST_F(StationWorkshop, DropWhileItIsMadeLeavesNothing)
 
 TEST_F(StationWorkshop, WorkThatIsDroppedWhileItWaitsIsNeverMade)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string first = workshop_.Take(blocker.Order());
     bool is_made = false;
     WorkOrder order;
     order.make = [&is_made](const fs::path&, WorkProgress&) { is_made = true; };
     EXPECT_TRUE(workshop_.Drop(workshop_.Take(order)));
-    blocker.may_end = true;
+    blocker.LetEnd();
     Made(TextOrder("x"));
     EXPECT_FALSE(is_made);
     EXPECT_EQ(Poll(first), WorkState::Ready);
@@ -240,7 +253,7 @@ TEST_F(StationWorkshop, WorkThatIsDroppedWhileItWaitsIsNeverMade)
 
 TEST_F(StationWorkshop, DropEndsAWaitForTheWork)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string guid = workshop_.Take(blocker.Order());
     std::thread waiting([this, &guid] { workshop_.WaitUntilDone(guid); });
     workshop_.Drop(guid);
@@ -249,7 +262,7 @@ TEST_F(StationWorkshop, DropEndsAWaitForTheWork)
 
 TEST_F(StationWorkshop, CloseEndsTheMakingEveryWaitAndAllOrders)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string guid = workshop_.Take(blocker.Order());
     const std::string waiting_work = workshop_.Take(TextOrder("x"));
     std::thread first([this, &guid] { workshop_.WaitUntilDone(guid); });
@@ -262,9 +275,9 @@ TEST_F(StationWorkshop, CloseEndsTheMakingEveryWaitAndAllOrders)
 
 TEST_F(StationWorkshop, OrdersBeyondTheQueueAreRefusedUntilThereIsRoom)
 {
-    Blocker blocker;
+    const Blocker blocker;
     const std::string first = workshop_.Take(blocker.Order());
-    blocker.begun.get_future().wait();
+    blocker.WaitUntilBegun();
     std::string last;
     for (int i = 0; i < 64; ++i) {
         last = workshop_.Take(TextOrder("x"));
