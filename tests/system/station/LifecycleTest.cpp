@@ -20,8 +20,10 @@ protected:
     std::string SeededData()
     {
         const std::string data = folder_.filePath("data").toStdString();
-        EXPECT_EQ(RunStation({"seed", "--data", QString::fromStdString(data), "--events", "300", "--minutes", "0"}).exit_code,
-                  0);
+        EXPECT_EQ(
+            RunStation({"seed", "--data", QString::fromStdString(data), "--events", "300", "--minutes", "0"})
+                .exit_code,
+            0);
         return data;
     }
     static ProgramResult Serve(const std::string& data, const QStringList& more = {})
