@@ -6,7 +6,7 @@
 #include <string>
 
 // The system's window handle, by the same declaration that Windows has.
-struct HWND__;
+struct HWND__;  // NOLINT(bugprone-reserved-identifier)
 using HWND = HWND__*;
 
 namespace Zell::MultimediaComm {

@@ -197,8 +197,10 @@ int OverlayScene::BrightnessBelow(const Tile& tile, const Brightness& brightness
     long sum = 0;
     long count = 0;
     for (int point = 0; point < kAlong * kDown; ++point) {
-        const double along = ((point % kAlong + 0.5) / kAlong - 0.5) * tile_width_;
-        const double down = ((point / kAlong + 0.5) / kDown - 0.5) * tile_height_;
+        const int column = point % kAlong;
+        const int row = point / kAlong;
+        const double along = ((column + 0.5) / kAlong - 0.5) * tile_width_;
+        const double down = ((row + 0.5) / kDown - 0.5) * tile_height_;
         const double x = tile.x + along * std::cos(turn) + down * std::sin(turn);
         const double y = tile.y - along * std::sin(turn) + down * std::cos(turn);
         if (x < 0 || y < 0 || x >= width_ || y >= height_)

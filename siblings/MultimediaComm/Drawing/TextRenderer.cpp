@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 
 namespace Zell::MultimediaComm {
 namespace {
@@ -35,7 +36,7 @@ void HearMessage(int /*level*/, const char* format, va_list arguments, void* dat
     const std::size_t number = words.find("failed to find any fallback with glyph 0x");
     if (number == std::string::npos)
         return;
-    const unsigned long letter = std::stoul(words.substr(words.find("0x", number) + 2), nullptr, 16);
+    const unsigned long letter = std::strtoul(words.c_str() + words.find("0x", number), nullptr, 16);
     std::array<char, 16> name = {};
     std::snprintf(name.data(), name.size(), "U+%04lX", letter);
     auto& missing = *static_cast<std::set<std::string>*>(data);

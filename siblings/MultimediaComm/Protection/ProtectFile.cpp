@@ -9,7 +9,7 @@
 namespace Zell::MultimediaComm {
 namespace {
 
-constexpr std::size_t kPieceBytes = 1024 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{1024} * 1024;
 
 // Holds the name of a file that is being written, and removes the file unless it has been moved away.
 class Part

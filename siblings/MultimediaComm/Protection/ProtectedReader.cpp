@@ -10,7 +10,7 @@ namespace Zell::MultimediaComm {
 namespace {
 
 // Read at a time; whole blocks.
-constexpr std::size_t kWindowBytes = 64 * 1024;
+constexpr std::size_t kWindowBytes = std::size_t{64} * 1024;
 
 }  // namespace
 

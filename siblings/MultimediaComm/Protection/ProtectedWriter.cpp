@@ -11,7 +11,7 @@
 namespace Zell::MultimediaComm {
 namespace {
 
-constexpr std::size_t kPieceBytes = 64 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{64} * 1024;
 
 std::string DiskReason(const std::string& path)
 {

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kPieceBytes = 1024 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{1024} * 1024;
 
 [[noreturn]] void FailOnDisk(const std::string& path)
 {

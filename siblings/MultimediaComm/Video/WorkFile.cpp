@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kBufferBytes = 64 * 1024;
-constexpr std::size_t kPieceBytes = 256 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{256} * 1024;
 constexpr auto kLeftOverAfter = std::chrono::hours(24);
 
 [[noreturn]] void FailOnDisk(const std::string& path, int error)
