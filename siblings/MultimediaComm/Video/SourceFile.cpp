@@ -105,9 +105,9 @@ SourceFile::SourceFile(const std::string& path, const std::string& password, con
     av_dict_set(&options, "protocol_whitelist", "none", 0);
     const int opened = avformat_open_input(&context, path.c_str(), nullptr, &options);
     const av::Options left(options);
+    input_.reset(context);  // null if it failed
     CheckStop();
     Check(opened, InfoOverlaySourceUnreadable, path);
-    input_.reset(context);
     const int found = avformat_find_stream_info(context, nullptr);
     CheckStop();
     Check(found, InfoOverlaySourceUnreadable, path);
