@@ -19,6 +19,10 @@ EMBEDDED_PICTURES = 1_000
 PDF_ROWS = 10_000
 FILE_BYTES = 1 << 30
 SMALL_FILES = 5_000
+VIDEO_SECONDS = 30
+VIDEO_RATE = 25
+# What the library asks of the same encoder.
+H264 = ["-c:v", "libx264", "-preset", "veryfast", "-crf", "20", "-bf", "0", "-g", "50", "-c:a", "copy"]
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
 
 
@@ -182,6 +186,40 @@ class Bench:
                                   prepare=lambda: empty(folder / "peer"))
                 self.add("files-small", "files/s", SMALL_FILES, ours, peer, "loop over one libcurl handle", memory)
 
+    def stamp(self, name, kind, peer_filter, peer_is, picture_filter=None):
+        """Both decode, draw and encode the same clip with the same encoder settings."""
+        frames = VIDEO_SECONDS * VIDEO_RATE
+        with self.folder() as folder:
+            ffmpeg = ["ffmpeg", "-nostdin", "-v", "error", "-y"]
+            source = f"testsrc2=s=1280x720:r={VIDEO_RATE}:d={VIDEO_SECONDS},noise=alls=6:allf=t"
+            subprocess.run([*ffmpeg, "-f", "lavfi", "-i", source, "-f", "lavfi", "-i", f"sine=d={VIDEO_SECONDS}",
+                            "-pix_fmt", "yuv420p", "-c:v", "libx264", "-preset", "fast", "-c:a", "aac",
+                            folder / "in.mp4"], check=True)
+            inputs = ["-i", folder / "in.mp4"]
+            if picture_filter:
+                subprocess.run([*ffmpeg, "-f", "lavfi", "-i", f"color=black@0:s=1280x720,format=rgba,{picture_filter}",
+                                "-frames:v", "1", folder / "overlay.png"], check=True)
+                inputs += ["-i", folder / "overlay.png"]
+            ours, memory = measure(timed([self.bin / "bench_stamp", kind, folder / "in.mp4", folder / "ours.mp4"]))
+            peer, _ = measure(timed([*ffmpeg, *inputs, "-filter_complex", peer_filter, *H264, folder / "peer.mp4"]))
+            self.add(name, "pictures/s", frames, ours, peer, peer_is, memory)
+
+    @staticmethod
+    def drawn_lines():
+        look = "fontsize=34:fontcolor=white:borderw=2"
+        return (f"drawtext=text='Camera 3, main gate':x=20:y=20:{look},"
+                f"drawtext=text='2026-01-31 23\\:59\\:59':x=w-tw-20:y=h-th-20:{look},"
+                f"drawtext=text='Alarm':x=(w-tw)/2:y=(h-th)/2:{look}:enable='between(t,5,15)'")
+
+    def stamp_lines(self):
+        self.stamp("stamp-lines", "lines", self.drawn_lines(), "the ffmpeg command, drawtext")
+
+    def stamp_watermark(self):
+        tiles = ",".join(f"drawtext=text='operator 2026/01/31':x={x}:y={y}:fontsize=26:fontcolor=white@0.3"
+                         for y in range(20, 720, 70) for x in range(20, 1280, 360))
+        self.stamp("stamp-watermark", "watermark", f"overlay,{self.drawn_lines()}",
+                   "the ffmpeg command, overlay and drawtext", tiles)
+
     def pictures_fast(self):
         self.pictures(0)
 
@@ -192,11 +230,12 @@ class Bench:
 BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "txt": Bench.txt, "pdf-html": Bench.pdf,
            "xlsx-pictures": Bench.xlsx_pictures, "csv-station": Bench.csv_station,
            "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
-           "files-small": Bench.small_files}
+           "files-small": Bench.small_files, "stamp-lines": Bench.stamp_lines,
+           "stamp-watermark": Bench.stamp_watermark}
 
 
 def print_row(row):
-    print(f"{row['name']:<14} {row['ours']:>12,.0f} {row['unit']:<10} peer {row['peer']:>12,.0f}  "
+    print(f"{row['name']:<15} {row['ours']:>12,.0f} {row['unit']:<10} peer {row['peer']:>12,.0f}  "
           f"x{row['ratio']:<6} {row['peak_memory_mb']:>7.1f} MB  {row['peer_is']}", flush=True)
 
 

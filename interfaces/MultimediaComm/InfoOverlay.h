@@ -122,11 +122,11 @@ public:
 
     // Whether this machine can stamp: its libraries have an H.264 encoder and can draw text.
     bool IsHandleAvailable() const;
-    // Stamps the source into the target, and returns when that is done, has failed or was stopped. The target
-    // is H.264 with the source's pictures, one for one: size, times, length, colours and rotation are kept,
-    // audio is copied (encoded as AAC only where the target's form can't hold it). It appears whole or not at
-    // all. The last error of the thread is set on failure. A source that was given to ProtectStamped yields a
-    // protected target.
+    // Stamps the source into the target (with nothing to draw: copies its streams), and returns when that is
+    // done, has failed or was stopped. The target is H.264 with the source's pictures, one for one: size,
+    // times, length, colours and rotation are kept, audio is copied (encoded as AAC only where the target's
+    // form can't hold it). It appears whole or not at all. The last error of the thread is set on failure. A
+    // source that was given to ProtectStamped yields a protected target.
     InfoOverlayErr StartCovert();
     // Makes a running StartCovert return within a picture; harmless, and lost, if none runs. Does not wait
     // for it.

@@ -29,7 +29,7 @@ public:
           renderer_(ShownWidth(), ShownHeight()),
           scene_(content, ShownWidth(), ShownHeight(), renderer_)
     {
-        if (!scene_.IsBlank() && !renderer_.HasFont())
+        if (!renderer_.HasFont())
             throw VideoFailure(InfoOverlayTextUndrawable, "this machine has no font to draw text with");
     }
 
@@ -77,6 +77,15 @@ private:
     std::set<std::string> told_;
 };
 
+PictureWorkMaker StampWith(const OverlayContent& content)
+{
+    return [&content](const PictureFitter& pictures, int quarter_turns) -> PictureWork {
+        auto stamper = std::make_shared<PictureStamper>(content, pictures, quarter_turns);
+        return
+            [stamper](AVFrame& picture, std::int64_t milliseconds) { stamper->Stamp(picture, milliseconds); };
+    };
+}
+
 }  // namespace
 
 InfoOverlayErr StampVideo(const StampJob& job, const std::atomic<bool>& stop)
@@ -88,12 +97,8 @@ InfoOverlayErr StampVideo(const StampJob& job, const std::atomic<bool>& stop)
         conversion.source = job.source;
         conversion.target = job.target;
         conversion.target_password = password;
-        conversion.make_work = [&content](const PictureFitter& pictures, int quarter_turns) -> PictureWork {
-            auto stamper = std::make_shared<PictureStamper>(content, pictures, quarter_turns);
-            return [stamper](AVFrame& picture, std::int64_t milliseconds) {
-                stamper->Stamp(picture, milliseconds);
-            };
-        };
+        if (!IsBlank(content))
+            conversion.make_work = StampWith(content);
         Convert(conversion, stop);
         if (!password.empty()) {
             ProtectStamped(job.target, password);

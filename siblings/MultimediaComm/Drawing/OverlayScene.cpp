@@ -68,14 +68,29 @@ std::string JoinedLines(const std::vector<std::string>& lines)
     return text;
 }
 
+// Empty if there is nothing to see of the watermark.
+std::string TileText(const CWaterMarkParam& watermark)
+{
+    if (!watermark.GetVal_b_enable() || OpacityOf(watermark.GetVal_transparency()) == 0)
+        return {};
+    return JoinedLines(watermark.GetVal_water_mark_contents());
+}
+
 }  // namespace
+
+bool IsBlank(const OverlayContent& content)
+{
+    const auto is_seen = [](const InfoOverlayLineArray& line) {
+        return !IsBlankText(line.GetContentStr()) && OpacityOf(line.GetTransparencyNum()) > 0;
+    };
+    return TileText(content.watermark).empty() &&
+           std::none_of(content.lines.begin(), content.lines.end(), is_seen);
+}
 
 OverlayScene::OverlayScene(const OverlayContent& content, int width, int height, TextRenderer& renderer)
     : content_(content), width_(width), height_(height)
 {
-    const CWaterMarkParam& watermark = content_.watermark;
-    if (watermark.GetVal_b_enable() && OpacityOf(watermark.GetVal_transparency()) > 0)
-        tile_text_ = JoinedLines(watermark.GetVal_water_mark_contents());
+    tile_text_ = TileText(content_.watermark);
     if (!tile_text_.empty())
         PlanTiles(renderer);
     for (const InfoOverlayLineArray& line : content_.lines)
@@ -93,14 +108,6 @@ TextItem OverlayScene::FittedItem(const InfoOverlayLineArray& line, TextRenderer
     if (room > 0 && width > room)
         item.line_height = std::max(kSmallestLine, item.line_height * room / width);
     return item;
-}
-
-bool OverlayScene::IsBlank() const
-{
-    const auto is_seen = [](const InfoOverlayLineArray& line) {
-        return !IsBlankText(line.GetContentStr()) && OpacityOf(line.GetTransparencyNum()) > 0;
-    };
-    return tile_text_.empty() && std::none_of(content_.lines.begin(), content_.lines.end(), is_seen);
 }
 
 void OverlayScene::PlanTiles(TextRenderer& renderer)

@@ -18,6 +18,9 @@ struct OverlayContent
     CWaterMarkParam watermark;
 };
 
+// Whether nothing of it is ever to be seen.
+bool IsBlank(const OverlayContent& content);
+
 // Says for each moment what stands where in a picture. One thread.
 class OverlayScene
 {
@@ -27,8 +30,6 @@ public:
 
     OverlayScene(const OverlayContent& content, int width, int height, TextRenderer& renderer);
 
-    // Whether anything is ever to be seen.
-    bool IsBlank() const;
     // Goes to that time. True if the picture's overlay is another now; the first time always.
     bool GoTo(std::int64_t milliseconds, const Brightness& brightness);
     std::vector<TextItem> Items() const;

@@ -82,7 +82,10 @@ int TargetFile::AddStream(const AVStream& from, const AVCodecParameters& paramet
 {
     AVStream* const stream = CheckMemory(avformat_new_stream(output_.get(), nullptr));
     Check(avcodec_parameters_copy(stream->codecpar, &parameters), InfoOverlayFailed, path_);
-    stream->codecpar->codec_tag = 0;
+    // The four letters by which a form names the codec stay where it knows them: some players go by them.
+    const AVCodecTag* const* const tags = output_->oformat->codec_tag;
+    if (tags == nullptr || av_codec_get_id(tags, parameters.codec_tag) != parameters.codec_id)
+        stream->codecpar->codec_tag = 0;
     stream->sample_aspect_ratio = from.sample_aspect_ratio;
     stream->disposition = from.disposition;
     Check(av_dict_copy(&stream->metadata, from.metadata, 0), InfoOverlayFailed, path_);

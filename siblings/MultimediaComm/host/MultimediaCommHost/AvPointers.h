@@ -84,7 +84,8 @@ inline Packet MakePacket()
 // by what their calls return. For the whole process; any thread.
 inline void SilenceLibraries()
 {
-    av_log_set_callback([](void*, int, const char*, va_list) {});
+    static const bool is_silent = (av_log_set_callback([](void*, int, const char*, va_list) {}), true);
+    static_cast<void>(is_silent);
 }
 
 // The words of an error number of the libraries.
