@@ -356,9 +356,11 @@ TEST_F(StationGenerated, WorkbookHasTitlesColumnsAndRowsWithNumbersAsNumbers)
 TEST_F(StationGenerated, WorkbookHasPicturesOrTheirAddresses)
 {
     const json embedded = Table({{"FileType", kWorkbook}, {"Pictures", "embedded"}, {"Limit", 3}}, ".xlsx");
-    EXPECT_EQ(embedded[0]["pictures"], 3);
+    EXPECT_EQ(embedded[0]["pictures"], (json{4, 5, 6}));
+    EXPECT_EQ(embedded[0]["heights"], (json{15.75, 15.75}));
+    EXPECT_EQ(embedded[0]["stretched"], (json{false, false, false}));
     const json linked = Table({{"FileType", kWorkbook}, {"Pictures", "linked"}, {"Limit", 3}}, ".xlsx");
-    EXPECT_EQ(linked[0]["pictures"], 0);
+    EXPECT_EQ(linked[0]["pictures"], json::array());
     EXPECT_EQ(linked[0]["rows"][4][10], "/pictures/event-1.jpg");
 }
 

@@ -1,5 +1,5 @@
 """table.py FILE: reads a report as a person's programs do and prints its rows as JSON: .csv with the csv module, .xlsx
-with openpyxl (and how many pictures and merged ranges it has), .html as the cells of its table."""
+with openpyxl (and at which rows it has pictures, whether they reach beyond their cell, how many merged ranges), .html as the cells of its table."""
 import csv
 import html.parser
 import json
@@ -34,7 +34,10 @@ def workbook(path):
     import openpyxl
     return [{"name": sheet.title,
              "rows": [["" if cell.value is None else cell.value for cell in row] for row in sheet.iter_rows()],
-             "pictures": len(sheet._images),
+             "pictures": [image.anchor._from.row for image in sheet._images],
+             "stretched": [image.anchor.to.row != image.anchor._from.row or image.anchor.to.col != image.anchor._from.col
+                           for image in sheet._images],
+             "heights": [sheet.row_dimensions[row].height for row in (1, 4)],
              "merges": len(sheet.merged_cells.ranges),
              "filter": sheet.auto_filter.ref,
              "frozen": sheet.freeze_panes} for sheet in openpyxl.load_workbook(path).worksheets]
