@@ -74,6 +74,10 @@ public:
     bool ResumeDownloadTask(std::shared_ptr<ZellTaskKit::CDownloadTaskBase>& task,
                             const std::string& resume_xml);
 
+    // A request to stamp videos, JSON as CProtocalFactory reads it. False, with task_guid as it was, if the
+    // text can't be used or names no file.
+    bool AddTranscodingTask(std::string& task_guid, const std::string& request);
+
     // Passes account data on to the tasks that wait for it.
     bool SetSensitiveInfoToTask(const std::string& text);
 

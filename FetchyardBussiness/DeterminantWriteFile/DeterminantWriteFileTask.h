@@ -26,9 +26,10 @@ namespace FetchyardBussiness {
 //
 // Exec runs on one engine thread and may run again on the same object; the other slots come from any thread.
 // States: 1, then 4, 5, 6 or 200; for an evidence export 7, then 10, 11, 12 or 200. The sources are named
-// after the phases: ExportRun (order of the phases), ExportPictures, ExportVideos, ExportStoredObjects,
-// ExportDockStation, ExportForceLogs, ExportPolling, ExportPages, ExportServerFile, ExportEnd, ExportArchive,
-// ExportEvidence, ExportFailures, ExportAccount and ExportControl (stop, delete, progress).
+// after the phases: ExportRun (order of the phases), ExportPictures, ExportVideos (with ExportVideoRequest
+// and ExportVideoOverlay), ExportStoredObjects, ExportDockStation, ExportForceLogs, ExportPolling,
+// ExportPages, ExportServerFile, ExportEnd, ExportArchive, ExportEvidence, ExportFailures, ExportAccount and
+// ExportControl (stop, delete, progress).
 class CDeterminantWriteFileTask : public ZellTaskKit::CDownloadTaskBase
 {
 public:
@@ -57,6 +58,22 @@ public:
     // Phases, on the thread of Exec.
     bool DownloadPictures();      // false only without a record
     bool DownloadAllTypeVideo();  // false: the export has failed, and that has been reported
+    // Fetches the videos through the video plug-in and stamps them. False: a function of the plug-in is
+    // missing, or one has failed and the export does not go on after that; error says why. The flag is not
+    // written.
+    bool DownloadVideoFile(Zell::Base::Error::ErrorCode& error, std::vector<VideoDownloadEntry>& videos,
+                           bool* ignored_flag, bool is_continue);
+    // The plug-in's request for one video, JSON; the guid in it is the one that a stop is meant for.
+    std::string CreateVideoDownloadParm(const VideoTaskParam& video);
+    // What the plug-in says of a video: true if a resource arrived. Otherwise error, and the entry of the
+    // failed files under file_name, say why; an answer that names no resource makes no entry.
+    bool AnalyzeVideoDownloadResult(Zell::Base::Error::ErrorCode& error, std::string file_name,
+                                    const std::string& response);
+    // Burns lines and watermark into a video that is there, under the same name. False: it is unusable, and
+    // its files are deleted.
+    bool VideoInfoOverlayStart(VideoTaskParam& video);
+    // Makes a stamping return, whichever video it works on. Any thread.
+    void VideoInfoOverlayStop(std::vector<VideoDownloadEntry>& videos);
     bool WriteDataToFile(ExportDataNode& excel_data);
     std::string GetPdfExePath();  // folder of the program; empty if it can't be found
     // Packs the export folder into an archive that takes its place. The result says nothing: always false.
@@ -128,12 +145,22 @@ private:
     bool FetchPicture(DeterminantDownloadParam& param, ImageDownloadEntry& entry);
     void FetchDockStationFile(const Run& run, int file_id, const std::pair<int, std::string>& file);
     bool FetchVideos(DeterminantDownloadParam& param, bool is_evidence);
-    bool DownloadVideoFile(ErrorCode& error, std::vector<VideoDownloadEntry>& videos, bool is_continue);
+    void* ResolveVideoPlugin();  // the plug-in's start function; null if one of its functions is missing
+    bool FetchVideo(void* start, VideoDownloadEntry& entry, ErrorCode& error);
+    void ReportFailedVideo(const VideoTaskParam& video, const std::string& response, ErrorCode& error);
+    void DeleteVideoFiles(const VideoTaskParam& video);
+    bool PlaceStamped(const VideoTaskParam& video, const std::string& source, const std::string& stamped);
+    bool TurnStampedIntoAvi(const VideoTaskParam& video, const std::string& source,
+                            const std::string& stamped);
+    void DeleteInVideoPhase();
+    bool HasVideoDownload();
     bool FetchStoredObjects(DeterminantDownloadParam& param, bool is_evidence);
     bool FetchStoredObject(DeterminantDownloadParam& param, ShortVideoEntry& entry, bool is_evidence);
     bool EndsWithStoredObject(DeterminantDownloadParam& param, const ShortVideoItem& clip,
                               const ErrorCode& error, bool is_evidence);
 
+    using VideoGuidFunction = void (*)(const std::string& guid);
+    void TellVideoPlugin(const VideoGuidFunction& function);
     bool TellServer(int operate_type);
     bool IsStopped() const { return b_stop_.load(std::memory_order_relaxed); }
     bool IsDeleted() const { return b_delete_.load(std::memory_order_relaxed); }
@@ -152,6 +179,11 @@ private:
     std::string comm_data;
     std::map<std::string, std::string> error_file_map;  // file name to reason
     std::map<int, int> error_code_map;                  // iSecondCode to iFirstCode
+    std::mutex video_guid_mutex;
+    void* video_size_func = nullptr;  // of the video plug-in, like the two below; guarded, like all four
+    VideoGuidFunction video_stop_func = nullptr;
+    VideoGuidFunction video_remove_func = nullptr;
+    std::string video_download_guid;
     std::map<int, std::vector<int>> related_camera_map;
     ServerSideView server_side_;
 };

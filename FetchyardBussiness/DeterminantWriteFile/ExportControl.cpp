@@ -37,6 +37,10 @@ bool CDeterminantWriteFileTask::Stop()
         const bool result = TellServer(kOperateStop);
         LogInfo("Download stop signal to server result = %d", result);
     }
+    if (b_downloading_video_.load(std::memory_order_relaxed)) {
+        TellVideoPlugin(video_stop_func);
+        VideoInfoOverlayStop(param->vs_file_param_.vec_video_download);
+    }
     LogInfo("finish stop task.");
     return true;
 }
@@ -52,12 +56,30 @@ bool CDeterminantWriteFileTask::Delete()
             LogInfo("Download Delete signal to write file b_stop_ =%d", IsStopped());
             writer->SetTaskStopState(IsStopped());
         }
-        return true;
+    } else {
+        const bool is_success = TellServer(kOperateDelete);
+        LogInfo(" CDeterminantWriteFileTask::Delete() signal to server is_success = %d", is_success);
+        b_delete_.store(true, std::memory_order_relaxed);
     }
-    const bool is_success = TellServer(kOperateDelete);
-    LogInfo(" CDeterminantWriteFileTask::Delete() signal to server is_success = %d", is_success);
-    b_delete_.store(true, std::memory_order_relaxed);
+    if (b_downloading_video_.load(std::memory_order_relaxed))
+        DeleteInVideoPhase();
     return true;
+}
+
+void CDeterminantWriteFileTask::DeleteInVideoPhase()
+{
+    if (HasVideoDownload()) {
+        LogInfo("CDeterminantWriteFileTask::Delete() b_downloading_video_ ");
+        TellVideoPlugin(video_stop_func);
+    }
+    if (const auto param = GetDownloadTaskParam<DeterminantDownloadParam>())
+        VideoInfoOverlayStop(param->vs_file_param_.vec_video_download);
+}
+
+bool CDeterminantWriteFileTask::HasVideoDownload()
+{
+    const std::lock_guard<std::mutex> lock(video_guid_mutex);
+    return video_stop_func != nullptr && !video_download_guid.empty();
 }
 
 bool CDeterminantWriteFileTask::TellServer(int operate_type)

@@ -2,6 +2,7 @@
 
 #include "fakes/Export.h"
 #include "FetchyardLogical/CmsGetPersonPicFileData.h"
+#include "FetchyardLogical/ProtocalFactory.h"
 #include "FetchyardLogical/ReportData.h"
 #include "ZellBase/Error.h"
 
@@ -137,7 +138,11 @@ struct Script
     std::deque<PollAnswer> polls;  // one a question, in order, and then "not yet"
     std::string force_log_guid = "gathering-1";
     Zell::Base::Error::ErrorCode force_log_error;  // of a call that fails
-    std::string configured_save_path;              // of the engine's own configuration
+    std::vector<std::string> transcoding_names;    // of a transcoding request, like the three below
+    bool transcoding_tip = true;
+    std::string transcoding_task = "Stamping";
+    std::vector<FetchyardLogical::TrasncodingFile> transcoding_files;
+    std::string configured_save_path;  // of the engine's own configuration
     std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> engine_tasks;
     std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskBase>> handed_over;  // by AddTransferTask
 
