@@ -44,6 +44,15 @@ struct PersonPageAnswer
     std::string remaining_login_type;
 };
 
+// How the video plug-in's start ends.
+struct VideoAnswer
+{
+    bool ok = true;
+    std::string response;
+    bool writes = true;  // a good one leaves its file; one that was stopped leaves none
+    bool throws = false;
+};
+
 // What one question about the files that a server makes gives back: not yet, by default.
 struct PollAnswer
 {
@@ -127,6 +136,8 @@ struct Script
     Zell::Base::Error::ErrorCode watermark_error = {20, 3};  // the last error behind such a result but 0
     unsigned long video_length = 60000;                      // milliseconds
     std::string captured_picture = "jpeg";
+
+    std::deque<VideoAnswer> videos;  // of the video plug-in, in order; good ones when there is none left
 
     // ZellAssetBook
     WatermarkConfig watermark;
