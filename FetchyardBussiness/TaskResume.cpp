@@ -6,6 +6,7 @@
 #include "FetchyardBussiness/Log.h"
 #include "FetchyardBussiness/PluginNames.h"
 #include "FetchyardBussiness/ReportExportRequests.h"
+#include "FetchyardBussiness/TranscodingTask/TranscodingTask.h"
 
 #include <QDateTime>
 
@@ -104,6 +105,20 @@ std::shared_ptr<CDownloadTaskBase> ResumePersonPictures(const std::string& resum
     return MakeTask<CDownloadPersonPicTask>(record);
 }
 
+// Its state stays that of a fresh record. The class in the log is another's; readers of the log know it so.
+std::shared_ptr<CDownloadTaskBase> ResumeTranscoding(const std::string& resume_xml)
+{
+    const auto record = ReadRecord<TranscodingParam>(resume_xml, "DownloadPersonPicTaskParam");
+    if (!record)
+        return nullptr;
+    FillResumedFields(*record);
+    record->SetVal_b_enable_percent(false);
+    record->SetVal_b_enable_speed(false);
+    record->SetVal_b_enable_remain_time(false);
+    record->SetVal_b_enable_size(true);
+    return MakeTask<CTranscodingTask>(record);
+}
+
 }  // namespace
 
 }  // namespace details
@@ -121,6 +136,9 @@ bool CDownloadBussinessManager::ResumeDownloadTask(std::shared_ptr<ZellTaskKit::
             break;
         case kPersonPictureRecord:
             resumed = details::ResumePersonPictures(resume_xml);
+            break;
+        case kTranscodingRecord:
+            resumed = details::ResumeTranscoding(resume_xml);
             break;
         default:
             // Not a failure: the caller looks at the pointer.

@@ -9,9 +9,6 @@
 
 namespace FetchyardBussiness {
 
-// TaskParamType of its resume record.
-constexpr int kTranscodingRecord = 100;
-
 // Record of a task that stamps videos. Its resume record keeps the name and the results alone: enough for the
 // progress of a task that is shown again, not for another run.
 struct FETCHYARD_API TranscodingParam : public ZellTaskKit::CDownloadTaskParam

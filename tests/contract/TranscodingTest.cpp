@@ -386,6 +386,25 @@ TEST_F(TranscodingRequestTest, FolderIsThatOfTheFirstResult)
     EXPECT_EQ(Added("x/y/a-out.mp4")->GetVal_str_file_path(), "x/y");
 }
 
+TEST_F(TranscodingRequestTest, ResumedTaskHasItsResultsAndNoSources)
+{
+    AddFile("a.mp4", "a-out.mp4");
+    std::shared_ptr<ZellTaskKit::CDownloadTaskBase> task;
+    const std::string text = record_->CreateResumeXml();
+    ASSERT_TRUE(CDownloadBussinessManager::Instance().ResumeDownloadTask(task, text));
+    const auto record = task->GetDownloadTaskParam<TranscodingParam>();
+    ASSERT_NE(std::dynamic_pointer_cast<CTranscodingTask>(task), nullptr);
+    EXPECT_EQ(record->GetVal_str_name(), "Stamping");
+    EXPECT_EQ(record->GetVal_str_resume_xml(), text);
+    EXPECT_EQ(record->GetVal_str_plugin_id(), "fetchyard.c");
+    EXPECT_EQ(record->GetVal_open_type(), ZellTaskKit::OpenFolder);
+    EXPECT_EQ(record->GetVal_state(), TranscodingParam().GetVal_state());
+    EXPECT_TRUE(record->GetVal_b_enable_size());
+    EXPECT_FALSE(record->GetVal_b_enable_percent());
+    EXPECT_EQ(record->transcode_files.at(0).source_file, "");
+    EXPECT_EQ(record->transcode_files.at(0).save_file, Folder() + "a-out.mp4");
+}
+
 TEST_F(TranscodingRequestTest, RefusalsLeaveTheGuidAsItWas)
 {
     std::string guid = "before";
