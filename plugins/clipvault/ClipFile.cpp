@@ -89,7 +89,10 @@ ErrorCode ClipFile::OpenProtected()
     protected_ = std::make_unique<Zell::MultimediaComm::ProtectedWriter>();
     const bool is_open =
         protected_->Open(path_, password_, reason, [this] { return download_.is_stopped.load(); });
-    return is_open ? ErrorCode() : NotSaved(reason);
+    if (is_open)
+        return {};
+    // A stop is no failure, and whoever asked for it is told nothing of it.
+    return download_.is_stopped ? kNotSaved : NotSaved(reason);
 }
 
 ErrorCode ClipFile::Write(const char* data, std::size_t size)

@@ -421,6 +421,8 @@ private:
 bool CutClip(const std::filesystem::path& data, const std::vector<RecordingPart>& parts, ClipFormat format,
              const std::filesystem::path& file, const IsOver& is_over)
 {
+    if (parts.empty())
+        throw VideoError("There is nothing to cut.");
     try {
         Cutter(data, file, is_over).Cut(parts, format);
         return true;

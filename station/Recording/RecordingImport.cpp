@@ -182,7 +182,9 @@ private:
         last_dts_ = packet.dts;
         if (has_start_codes_) {
             RefuseOtherSets(packet);
-            av_packet_move_ref(&packet, WithBytes(packet, WithLengths(Bytes(packet))).get());
+            const av::Packet converted = WithBytes(packet, WithLengths(Bytes(packet)));
+            av_packet_unref(&packet);
+            av_packet_move_ref(&packet, converted.get());
         }
         if (is_key != StartsAnew(Bytes(packet)))
             throw NotAsItIs();

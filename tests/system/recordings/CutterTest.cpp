@@ -55,6 +55,14 @@ TEST_F(ClipCutter, WorkThatIsOverLeavesNoFile)
     }
 }
 
+TEST_F(ClipCutter, NothingToCutIsTold)
+{
+    EXPECT_THROW(
+        Station::CutClip(station_.DataFolder(), {}, Station::ClipFormat::Mp4, folder_.File("cut"), {}),
+        Station::VideoError);
+    EXPECT_FALSE(std::filesystem::exists(folder_.File("cut")));
+}
+
 TEST_F(ClipCutter, PlaceThatCantBeWrittenIsTold)
 {
     try {
