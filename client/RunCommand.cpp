@@ -163,6 +163,13 @@ void TellFailedFiles(const TaskView& task)
         std::printf("  %s failed: %s\n", name.c_str(), reason.c_str());
 }
 
+void TellRemainingLogins(const TaskView& task)
+{
+    const std::string words = RemainingLoginWords(task.remaining_login_count, task.remaining_login_type);
+    if (!words.empty())
+        std::printf("  %s\n", words.c_str());
+}
+
 // A deleted export leaves its folder to whoever runs the engine; its task does not look at it any more.
 void RemoveDeleted(const std::vector<TaskView>& tasks)
 {
@@ -184,8 +191,10 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::stri
         if (!IsSuccess(task->state)) {
             const std::string& text = task->error_text;
             std::printf(": %s\n", text.empty() ? (log_file + " tells why").c_str() : text.c_str());
-            if (task->state == ZellTaskKit::Failed || task->state == ZellTaskKit::UploadFailed)
+            if (task->state == ZellTaskKit::Failed || task->state == ZellTaskKit::UploadFailed) {
                 TellFailedFiles(*task);
+                TellRemainingLogins(*task);
+            }
             all_well = false;
             continue;
         }

@@ -80,4 +80,16 @@ std::string DurationWords(std::chrono::milliseconds duration)
                                            seconds % 60);
 }
 
+std::string RemainingLoginWords(const std::string& count, const std::string& type)
+{
+    const std::string plural = count == "1" ? "" : "s";
+    if (count.empty())
+        return {};
+    if (type == "1")
+        return count + " wrong password" + plural + " more and the account is closed for a while";
+    if (type == "2")
+        return "the account is open again in " + count + " minute" + plural;
+    return "the server says of the account: " + count + " left";
+}
+
 }  // namespace FetchyardClient

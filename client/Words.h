@@ -20,5 +20,8 @@ std::string GroupedNumber(unsigned long long number);
 std::string SizeWords(unsigned long long bytes);
 // "01:02", "1:02:03"
 std::string DurationWords(std::chrono::milliseconds duration);
+// What an account has left after a refused password, of the two texts that the server gave; empty if it gave
+// none.
+std::string RemainingLoginWords(const std::string& count, const std::string& type);
 
 }  // namespace FetchyardClient

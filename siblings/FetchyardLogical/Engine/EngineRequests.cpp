@@ -48,8 +48,12 @@ std::map<std::string, std::string> FailedFiles(const std::map<std::string, std::
 
 void FillFromRecord(CDownloadTaskBase& task, TaskView& view)
 {
-    if (task.GetErrorParamState())
-        view.failed_files = FailedFiles(task.GetErrorParam());
+    if (task.GetErrorParamState()) {
+        std::map<std::string, std::string> values = task.GetErrorParam();
+        view.failed_files = FailedFiles(values);
+        view.remaining_login_count = values["RemainingLoginNumber"];
+        view.remaining_login_type = values["RemainingLoginType"];
+    }
     const auto record = task.GetDownloadTaskParam<CDownloadTaskParam>();
     if (!record)
         return;

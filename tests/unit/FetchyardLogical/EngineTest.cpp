@@ -412,6 +412,23 @@ TEST(Engine, TheListShowsWhatAHostWantsToKnow)
     EXPECT_EQ(rig.ViewOf(failing).error_text, "text of 3219");
 }
 
+TEST(Engine, ViewTellsWhatAnAccountHasLeftOnceTheErrorValuesAreInUse)
+{
+    EngineRig rig;
+    const auto refused = MakeTask([](FakeTask& task) {
+        task.SetErrorParam({{"RemainingLoginNumber", "4"}, {"RemainingLoginType", "1"}});
+        task.SetErrorParamState(task.runs > 1);
+        task.Report(Failed);
+    });
+    ASSERT_TRUE(rig.Add({refused}));
+    ASSERT_TRUE(rig.Settle());
+    EXPECT_EQ(rig.ViewOf(refused).remaining_login_count, "");
+    ASSERT_TRUE(rig.Add({refused}));
+    ASSERT_TRUE(rig.Settle());
+    EXPECT_EQ(rig.ViewOf(refused).remaining_login_count, "4");
+    EXPECT_EQ(rig.ViewOf(refused).remaining_login_type, "1");
+}
+
 TEST(Engine, PagesAreCountedForEachRun)
 {
     EngineRig rig;

@@ -27,6 +27,9 @@ struct TaskView
     bool is_running = false;                                    // Exec has begun and not returned
     unsigned long pages = 0;                                    // report pages delivered in this run
     std::map<std::string, std::string> failed_files;  // of the last run that had any: name to reason
+    // Of the last run that failed at its list call, as the server told it; see CmsGetPersonPicFileData.
+    std::string remaining_login_count;
+    std::string remaining_login_type;
 };
 
 FETCHYARDLOGICAL_API std::vector<TaskView> ListTasks();
