@@ -8,6 +8,7 @@
 #include <MultimediaCommHost/AvPointers.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -80,6 +81,11 @@ Sprite ToSprite(const QImage& source)
     return sprite;
 }
 
+std::uint8_t* LineOf(AVFrame& frame, int plane, int y)
+{
+    return frame.data[plane] + std::ptrdiff_t{y} * frame.linesize[plane];
+}
+
 std::uint8_t Mix(std::uint8_t below, std::uint8_t above, int cover)
 {
     return static_cast<std::uint8_t>(below + (above - below) * cover / 255);
@@ -90,7 +96,7 @@ void PutBrightness(AVFrame& frame, const Sprite& sprite, int left, int top)
 {
     const int count = std::min(sprite.width, kVideoWidth - left);
     for (int y = 0; y < std::min(sprite.height, kVideoHeight - top); ++y) {
-        std::uint8_t* line = frame.data[0] + (top + y) * frame.linesize[0] + left;
+        std::uint8_t* line = LineOf(frame, 0, top + y) + left;
         const auto row = static_cast<std::size_t>(y) * static_cast<std::size_t>(sprite.width);
         for (int x = 0; x < count; ++x)
             line[x] = Mix(line[x], sprite.y[row + static_cast<std::size_t>(x)],
@@ -103,8 +109,8 @@ void PutColours(AVFrame& frame, const Sprite& sprite, int left, int top)
     const int count = std::min(sprite.width, kVideoWidth - left) / 2;
     const auto width = static_cast<std::size_t>(sprite.width);
     for (int y = 0; y < std::min(sprite.height, kVideoHeight - top) / 2; ++y) {
-        std::uint8_t* u = frame.data[1] + (top / 2 + y) * frame.linesize[1] + left / 2;
-        std::uint8_t* v = frame.data[2] + (top / 2 + y) * frame.linesize[2] + left / 2;
+        std::uint8_t* u = LineOf(frame, 1, top / 2 + y) + left / 2;
+        std::uint8_t* v = LineOf(frame, 2, top / 2 + y) + left / 2;
         const std::size_t row = static_cast<std::size_t>(y) * (width / 2);
         for (int x = 0; x < count; ++x) {
             const std::size_t at = static_cast<std::size_t>(x);
@@ -131,20 +137,19 @@ void PutGround(AVFrame& frame, const Sprite& ground)
         const int half = i == 0 ? 1 : 2;
         const auto width = static_cast<std::size_t>(kVideoWidth / half);
         for (int y = 0; y < kVideoHeight / half; ++y)
-            std::memcpy(frame.data[i] + y * frame.linesize[i],
+            std::memcpy(LineOf(frame, static_cast<int>(i), y),
                         planes[i]->data() + static_cast<std::size_t>(y) * width, width);
     }
 }
 
 void PutBlock(AVFrame& frame, int column, int top, bool is_set)
 {
+    const std::ptrdiff_t left = std::ptrdiff_t{column} * kBlock;
     for (int y = top; y < top + kCodeLines; ++y)
-        std::memset(frame.data[0] + y * frame.linesize[0] + column * kBlock, is_set ? kWhite : kBlack,
-                    kBlock);
+        std::memset(LineOf(frame, 0, y) + left, is_set ? kWhite : kBlack, kBlock);
     for (const int plane : {1, 2})
         for (int y = top / 2; y < (top + kCodeLines) / 2; ++y)
-            std::memset(frame.data[plane] + y * frame.linesize[plane] + column * kBlock / 2, kGrey,
-                        kBlock / 2);
+            std::memset(LineOf(frame, plane, y) + left / 2, kGrey, kBlock / 2);
 }
 
 void PutCode(AVFrame& frame, std::int64_t second, int number)
@@ -160,7 +165,7 @@ int ToAndFro(std::int64_t way, int range)
 {
     if (range <= 0)
         return 0;
-    const int at = static_cast<int>(way % (2 * range));
+    const int at = static_cast<int>(way % (2 * std::int64_t{range}));
     return at <= range ? at : 2 * range - at;
 }
 

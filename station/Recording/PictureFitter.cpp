@@ -91,10 +91,10 @@ void PictureFitter::Scale(const AVFrame& frame)
     if (!scaler_)
         throw VideoError("A picture of this kind can't be scaled.");
     KeepColours(*scaler_, frame, frame.color_range == AVCOL_RANGE_JPEG);
-    const std::array<std::uint8_t*, 4> planes = {fitted_->data[0] + top * fitted_->linesize[0] + left,
-                                                 fitted_->data[1] + top / 2 * fitted_->linesize[1] + left / 2,
-                                                 fitted_->data[2] + top / 2 * fitted_->linesize[2] + left / 2,
-                                                 nullptr};
+    const std::array<std::uint8_t*, 4> planes = {
+        fitted_->data[0] + std::ptrdiff_t{top} * fitted_->linesize[0] + left,
+        fitted_->data[1] + std::ptrdiff_t{top / 2} * fitted_->linesize[1] + left / 2,
+        fitted_->data[2] + std::ptrdiff_t{top / 2} * fitted_->linesize[2] + left / 2, nullptr};
     Check(sws_scale(scaler_.get(), frame.data, frame.linesize, 0, frame.height, planes.data(),
                     fitted_->linesize),
           "A picture can't be scaled");
