@@ -1,5 +1,6 @@
 #include "DemoCommand.h"
 
+#include "DemoVideos.h"
 #include "RunCommand.h"
 #include "StationProgram.h"
 #include "Words.h"
@@ -129,7 +130,14 @@ json PersonPictures()
     return {{"FileExportRequest", {{"FileExportType", 2}, {"PersonExportPicNode", node}}}};
 }
 
-std::vector<RequestSource> DemoRequests(const std::string& folder)
+json Videos(const std::string& folder, const std::string& station)
+{
+    json request = ExportRequest(folder, {"Videos of the gates", kText, "", json()});
+    request["FileExportRequest"]["RequestData"]["DownloadFiles"]["VideoDownload"] = DemoVideos(station);
+    return request;
+}
+
+std::vector<RequestSource> DemoRequests(const std::string& folder, const std::string& station)
 {
     const json table = ExportRequest(
         folder, {"Alarms as CSV", kCsv, "/api/v1/events/report", PageCondition("linked", kRows)});
@@ -140,6 +148,7 @@ std::vector<RequestSource> DemoRequests(const std::string& folder)
             {"logs that the station gathers", GatheredLogs(folder).dump()},
             {"files of a dock station", DockStationFiles(folder).dump()},
             {"pictures and a clip", PicturesAlone(folder).dump()},
+            {"videos", Videos(folder, station).dump()},
             {"pictures of persons", PersonPictures().dump()}};
 }
 
@@ -161,7 +170,7 @@ void ListFolder(const std::string& folder)
         std::printf("  %10s  %s\n", SizeWords(size).c_str(), path.toStdString().c_str());
     }
     if (pictures > 0)
-        std::printf("  %10s  %s pictures that the CSV report names\n", SizeWords(picture_bytes).c_str(),
+        std::printf("  %10s  %s pictures\n", SizeWords(picture_bytes).c_str(),
                     GroupedNumber(pictures).c_str());
 }
 
@@ -201,7 +210,7 @@ int DemoCommand(const HostOptions& options, const std::string& out_folder)
     run.host = options;
     run.host.station = station.Address();
     run.host.save_folder = folder;
-    const int code = RunRequests(run, DemoRequests(folder));
+    const int code = RunRequests(run, DemoRequests(folder, station.Address()));
     ListFolder(folder);
     if (code == kAllWell)
         TellHowToOpen(folder);

@@ -76,6 +76,17 @@ void AddStoredObjects(const json& downloads, const std::string& folder, std::vec
     }
 }
 
+void AddVideos(const json& downloads, const std::string& folder, std::vector<ExpectedFile>& files)
+{
+    constexpr int avi = 1;
+    for (const json& video : Member(downloads, "VideoDownload")) {
+        const std::string below = Text(video, "FolderName");
+        const char* suffix = Number(video, "VideoFormat", 2) == avi ? ".avi" : ".mp4";
+        files.push_back({folder + (below.empty() ? "" : below + "/") + Text(video, "ExportFileName") + suffix,
+                         false, "", ExpectedFile::Content::kAny});
+    }
+}
+
 }  // namespace
 
 std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& name,
@@ -106,6 +117,7 @@ std::vector<ExpectedFile> ExpectedFiles(const json& request, const std::string& 
     }
     AddReport(data, folder + name, files);
     AddPictures(Member(data, "DownloadFiles"), folder, files);
+    AddVideos(Member(data, "DownloadFiles"), folder, files);
     AddStoredObjects(Member(data, "DownloadFiles"), folder, files);
     return files;
 }
