@@ -1,6 +1,5 @@
 #pragma once
 
-#include "FetchyardBussiness/Export.h"
 #include "FetchyardLogical/ProtocalFactory.h"
 #include "ZellTaskKit/DownloadTaskParam.h"
 
@@ -11,7 +10,7 @@ namespace FetchyardBussiness {
 
 // Record of a task that stamps videos. Its resume record keeps the name and the results alone: enough for the
 // progress of a task that is shown again, not for another run.
-struct FETCHYARD_API TranscodingParam : public ZellTaskKit::CDownloadTaskParam
+struct TranscodingParam : public ZellTaskKit::CDownloadTaskParam
 {
     TranscodingParam();
     TranscodingParam(const TranscodingParam& other);

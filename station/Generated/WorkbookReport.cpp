@@ -15,7 +15,8 @@ namespace {
 constexpr std::uint32_t kMostRows = LXW_ROW_MAX;
 constexpr std::size_t kMostLetters = 32767;  // UTF-16 units of a cell
 constexpr double kPictureRowHeight = 70;     // points
-constexpr double kPictureScale = 0.5;
+constexpr double kTextRowHeight = 15.75;     // points; the library leaves out 15, its own default
+constexpr double kPictureScale = 0.48;       // fits into its column and its row
 constexpr int kRoomCheckRows = 1000;
 constexpr std::uintmax_t kLeastRoom = 16u << 20;  // bytes
 constexpr std::uintmax_t kRoomOfRow = 1024;       // bytes, in the sheet's text and packed, at the close
@@ -99,6 +100,7 @@ void WorkbookReport::MakeFormats()
     formats_->centred = make(kWhite, 0x000000, false, LXW_ALIGN_CENTER);
     formats_->wrapped = make(kWhite, 0x000000, false, LXW_ALIGN_LEFT);
     format_set_text_wrap(formats_->wrapped);
+    format_set_indent(formats_->wrapped, 1);  // the column before ends in a number
     constexpr std::array<std::pair<lxw_color_t, lxw_color_t>, 5> kLevels = {{{0xE2EFDA, 0x375623},
                                                                              {0xDDEBF7, 0x1F4E78},
                                                                              {0xFFF2CC, 0x7F6000},
@@ -126,11 +128,18 @@ void WorkbookReport::StartSheet()
     for (std::uint16_t i = 0; i <= last; ++i)
         Check(worksheet_set_column(sheet_, i, i, columns_[i].width, nullptr));
     row_ = 0;
+    // The library forgets the heights of rows that left memory, and would stretch a picture over several of
+    // the default height: so that is the pictures' height.
+    has_picture_rows_ = mode_ == PictureMode::Embedded;
+    if (has_picture_rows_)
+        worksheet_set_default_row(sheet_, kPictureRowHeight, LXW_FALSE);
     for (const std::string& title : titles_) {
+        SetTextRow();
         lxw_format* const format = row_ == 0 ? formats_->title : formats_->subtitle;
         Check(worksheet_merge_range(sheet_, row_, 0, row_, last, CellText(title).c_str(), format));
         ++row_;
     }
+    SetTextRow();
     header_row_ = row_++;
     for (std::uint16_t i = 0; i <= last; ++i)
         Check(worksheet_write_string(sheet_, header_row_, i, CellText(columns_[i].name).c_str(),
@@ -139,6 +148,12 @@ void WorkbookReport::StartSheet()
     worksheet_repeat_rows(sheet_, header_row_, header_row_);
     worksheet_set_landscape(sheet_);
     worksheet_fit_to_pages(sheet_, 1, 0);
+}
+
+void WorkbookReport::SetTextRow()
+{
+    if (has_picture_rows_)
+        Check(worksheet_set_row(sheet_, row_, kTextRowHeight, nullptr));
 }
 
 void WorkbookReport::EndSheet()
@@ -206,8 +221,8 @@ void WorkbookReport::AddRow(const Event& event, const ReportRow& row)
     if (rows_ % kRoomCheckRows == 0)
         CheckRoom();
     ++rows_;
-    if (mode_ == PictureMode::Embedded && pictures_added_ < kMostPictures)
-        Check(worksheet_set_row(sheet_, row_, kPictureRowHeight, nullptr));
+    if (pictures_added_ >= kMostPictures)
+        SetTextRow();
     for (std::uint16_t i = 0; i < kReportColumns.size(); ++i)
         AddCell(i, kReportColumns[i].style, row[i], event);
     if (mode_ != PictureMode::None)

@@ -30,6 +30,8 @@ private:
 
     void MakeFormats();
     void StartSheet();
+    // The next row is one without a picture.
+    void SetTextRow();
     void EndSheet();
     void AddCell(std::uint16_t column, CellStyle style, std::string_view text, const Event& event);
     void AddPicture(const Event& event);
@@ -47,6 +49,7 @@ private:
     lxw_worksheet* sheet_ = nullptr;
     std::unique_ptr<Formats> formats_;
     int sheets_ = 0;
+    bool has_picture_rows_ = false;
     int pictures_added_ = 0;
     std::uint32_t row_ = 0;  // of the sheet, the next one
     std::uint32_t header_row_ = 0;

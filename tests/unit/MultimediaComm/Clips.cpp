@@ -50,6 +50,8 @@ StreamFacts FactsOf(const AVStream& stream)
     facts.kind = Text(av_get_media_type_string(parameters.codec_type));
     facts.width = parameters.width;
     facts.height = parameters.height;
+    facts.is_interlaced =
+        parameters.field_order != AV_FIELD_UNKNOWN && parameters.field_order != AV_FIELD_PROGRESSIVE;
     facts.range = Text(av_color_range_name(parameters.color_range));
     facts.space = Text(av_color_space_name(parameters.color_space));
     facts.primaries = Text(av_color_primaries_name(parameters.color_primaries));

@@ -25,6 +25,7 @@ struct StreamFacts
     int width = 0;
     int height = 0;
     int quarter_turns = 0;
+    bool is_interlaced = false;
     std::string range;
     std::string space;
     std::string primaries;

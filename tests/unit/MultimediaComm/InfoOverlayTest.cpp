@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+using Zell::MultimediaComm::CWaterMarkParam;
 using Zell::MultimediaComm::InfoOverlay;
 using Zell::MultimediaComm::InfoOverlayLineArray;
 
@@ -94,4 +95,54 @@ TEST(Overlay, KeepsItsTypesAndLines)
     ASSERT_EQ(lines.size(), 2u);
     ExpectFullLine(lines[0]);
     EXPECT_EQ(lines[1].GetContentStr(), "");
+}
+
+TEST(WaterMarkParam, IsOffAtFirst)
+{
+    const CWaterMarkParam watermark;
+    EXPECT_FALSE(watermark.GetVal_b_enable());
+    EXPECT_FALSE(watermark.GetVal_b_auto_adapt());
+    EXPECT_TRUE(watermark.GetVal_water_mark_contents().empty());
+    EXPECT_EQ(watermark.GetVal_r(), 255);
+    EXPECT_EQ(watermark.GetVal_bench_width(), 1920);
+    EXPECT_EQ(watermark.GetVal_bench_height(), 1080);
+}
+
+TEST(WaterMarkParam, KeepsEachValueThroughCopyAndMove)
+{
+    CWaterMarkParam watermark;
+    watermark.SetVal_b_enable(true);
+    watermark.SetVal_b_auto_adapt(true);
+    watermark.SetVal_water_mark_contents({"operator", "2026"});
+    watermark.SetVal_r(1);
+    watermark.SetVal_g(2);
+    watermark.SetVal_b(3);
+    watermark.SetVal_font_size(4);
+    watermark.SetVal_transparency(5);
+    watermark.SetVal_rotation_angle(6);
+    watermark.SetVal_space(7);
+    watermark.SetVal_bench_width(8);
+    watermark.SetVal_bench_height(9);
+    const CWaterMarkParam copy(watermark);
+    CWaterMarkParam moved;
+    moved = std::move(watermark);
+    for (const CWaterMarkParam* one : {&copy, static_cast<const CWaterMarkParam*>(&moved)}) {
+        EXPECT_TRUE(one->GetVal_b_enable());
+        EXPECT_TRUE(one->GetVal_b_auto_adapt());
+        EXPECT_EQ(one->GetVal_water_mark_contents(), (std::vector<std::string>{"operator", "2026"}));
+        EXPECT_EQ(one->GetVal_r(), 1);
+        EXPECT_EQ(one->GetVal_g(), 2);
+        EXPECT_EQ(one->GetVal_b(), 3);
+        EXPECT_EQ(one->GetVal_font_size(), 4);
+        EXPECT_EQ(one->GetVal_transparency(), 5);
+        EXPECT_EQ(one->GetVal_rotation_angle(), 6);
+        EXPECT_EQ(one->GetVal_space(), 7);
+        EXPECT_EQ(one->GetVal_bench_width(), 8);
+        EXPECT_EQ(one->GetVal_bench_height(), 9);
+    }
+}
+
+TEST(Overlay, CanStampWithTheMachinesLibraries)
+{
+    EXPECT_TRUE(InfoOverlay().IsHandleAvailable());
 }

@@ -269,6 +269,7 @@ TEST_F(Protection, LeavesNothingOfAStoppedStamp)
     ProtectStamped(File("in.mp4"), kPassword);
     InfoOverlay overlay;
     overlay.SetInfoOverlayType(0);
+    overlay.SetInfoOverlayLineArrayVec({Line("Gate")});
     overlay.SetSrcFilePathStr(File("in.mp4"));
     overlay.SetDstFilePathStr(File("out.mp4"));
     std::atomic<bool> has_ended{false};

@@ -190,6 +190,31 @@ TEST_F(StampKeeps, ColoursOfAPictureInAnotherPixelForm)
               4.0);
 }
 
+TEST_F(StampKeeps, TheHalvesOfInterlacedPictures)
+{
+    clips::Make(
+        "-f lavfi -i testsrc2=s=320x240:r=50:d=1 -vf tinterlace=interleave_top -flags +ildct+ilme -c:v "
+        "libx264",
+        File("in.mp4"));
+    ASSERT_TRUE(clips::Look(File("in.mp4")).Of("video").is_interlaced);
+    ASSERT_EQ(Stamp(File("in.mp4"), File("out.mp4")), InfoOverlayDone);
+    EXPECT_TRUE(clips::Look(File("out.mp4")).Of("video").is_interlaced);
+    ExpectSameTimes(File("in.mp4"), File("out.mp4"));
+}
+
+TEST_F(StampKeeps, EverythingToTheByteWhereNothingIsToBeDrawn)
+{
+    const std::string source = clips::MakeMoving(File("in.mp4"), 1);
+    lines_ = {Line(" "), Line("Gate")};
+    lines_[1].SetTransparencyNum(100);
+    watermark_ = Watermark("");
+    ASSERT_EQ(Stamp(source, File("out.mp4")), InfoOverlayDone);
+    EXPECT_EQ(clips::Look(File("out.mp4")).Of("video").packet_hash,
+              clips::Look(source).Of("video").packet_hash);
+    EXPECT_EQ(clips::Look(File("out.mp4")).Of("audio").packet_hash,
+              clips::Look(source).Of("audio").packet_hash);
+}
+
 TEST_F(StampKeeps, LanguageAndTimeOfTheRecording)
 {
     clips::MakeMoving(File("plain.mp4"), 1);

@@ -42,6 +42,8 @@ private:
 class FullDisk : public VideoTest
 {
 protected:
+    FullDisk() { lines_ = {Line("Gate")}; }
+
     void ExpectNothingLeft()
     {
         EXPECT_FALSE(std::filesystem::exists(File("out.mp4")));
@@ -110,6 +112,7 @@ TEST_F(FullDisk, IsNotNeededToKeepThePlainFileOfAProtectedVideoNameless)
     ProtectStamped(File("in.mp4"), "password");
     InfoOverlay overlay;
     overlay.SetInfoOverlayType(0);
+    overlay.SetInfoOverlayLineArrayVec({Line("Gate")});
     overlay.SetSrcFilePathStr(File("in.mp4"));
     overlay.SetDstFilePathStr(File("out.mp4"));
     std::atomic<bool> has_ended{false};
