@@ -3,6 +3,7 @@
 #include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "support/ExportTest.h"
 #include "support/PersonTest.h"
+#include "support/VideoTest.h"
 
 #include <algorithm>
 #include <atomic>
@@ -71,12 +72,13 @@ private:
     std::vector<std::thread> threads_;
 };
 
-class ThreadsTest : public ExportTest
+class ThreadsTest : public VideoTest
 {
 protected:
     ThreadsTest()
     {
         fakes::SetRecording(false);
+        Settings().str_request_api = "/api";
         for (const char* const name : {"a.jpg", "b.jpg", "c.jpg"})
             AddPicture(name, std::string("/p/") + name);
         task_->SetDownloadTaskParam(record_, false);
@@ -106,17 +108,17 @@ protected:
     template <typename Request>
     std::vector<int> RunAgainst(int number, Request request)
     {
-        static const std::vector<std::string> operations = {
-            "DirectoryExists", "SyncLoadImage", "GetExportFileDataList", "csv open",
-            "csv line",        "csv write",     "csv open to append",    "csv close"};
         page_ = 0;
         Settings().file_total_page_is_finished = false;
         Settings().restart_is_need_download = false;
         Settings().file_current_page = 1;
+        Settings().is_server_data_to_write = true;
         for (auto& picture : Settings().vec_image_download)
             picture.is_has_download = false;
+        for (auto& video : Settings().vec_video_download)
+            video.is_has_download = false;
         std::atomic<bool> now{false};
-        const std::string& operation = operations[static_cast<std::size_t>(number) % operations.size()];
+        const std::string& operation = operations_[static_cast<std::size_t>(number) % operations_.size()];
         fakes::OnCall(operation, fakes::CountOf(operation) + 1, [&now] { now = true; });
         std::thread requester([&now, &request] {
             while (!now)
@@ -136,15 +138,75 @@ protected:
         Watch(pollers);
         for (int number = 0; number < kRuns; ++number) {
             const std::vector<int> states = RunAgainst(number, request);
-            ASSERT_EQ(states.size(), 2U) << "run " << number;
+            ASSERT_EQ(states.size(), states_between_.size() + 2) << "run " << number;
             EXPECT_EQ(states.front(), 1);
+            EXPECT_TRUE(std::equal(states_between_.begin(), states_between_.end(), states.begin() + 1));
             EXPECT_EQ(ends.count(states.back()), 1U) << "run " << number << " ends in " << states.back();
         }
     }
 
+    // The server is ready at the fourth question of each run.
+    static void AnswerPolls()
+    {
+        fakes::PollAnswer ready;
+        ready.is_ready = true;
+        ready.urls = {"/l/a.log", "/l/b.log"};
+        ready.download.str_quern = "/file";
+        fakes::TheScript().polls = {{}, {}, {}, ready};
+    }
+
     StateList states_;
-    int page_ = 0;  // of the thread that runs the task
+    int page_ = 0;                     // of the thread that runs the task
+    std::vector<int> states_between_;  // the first state and the last
+    // The calls at which a request may come in.
+    std::vector<std::string> operations_ = {"DirectoryExists",    "SyncLoadImage", "GetExportFileDataList",
+                                            "csv open",           "csv line",      "csv write",
+                                            "csv open to append", "csv close"};
 };
+
+TEST_F(ThreadsTest, StopAndDeleteOfAGeneratedReportEndInOneState)
+{
+    operations_ = {"GetExportFileDataList", "ZC_Sleep", "GetServerFileGenerateState", "ClientSynSend",
+                   "NotifyServerDeleteCacheFile"};
+    fakes::TheScript().page_source = [] {
+        AnswerPolls();
+        fakes::PageAnswer page;
+        page.is_rowcolumn_data = false;
+        page.server.operate_request.str_quern = "/operate";
+        return page;
+    };
+    ExpectOneEndOf({4, 6}, [this] { task_->Stop(); });
+    ExpectOneEndOf({4, 200}, [this] { task_->Delete(); });
+}
+
+TEST_F(ThreadsTest, StopAndDeleteOfGatheredLogsEndInOneState)
+{
+    Settings().file_operate_type = FetchyardBussiness::kForceLogExport;
+    operations_ = {"ZC_Sleep", "CircleGetFileState", "DownloadFile"};
+    for (int number = 0; number < kRuns; ++number) {
+        Pollers pollers;
+        Watch(pollers);
+        AnswerPolls();
+        const bool stops = number % 2 == 0;
+        const std::vector<int> states =
+            RunAgainst(number, [this, stops] { stops ? task_->Stop() : task_->Delete(); });
+        ASSERT_EQ(states.size(), 2U);
+        EXPECT_TRUE(states.back() == 4 || states.back() == (stops ? 6 : 200)) << states.back();
+    }
+}
+
+TEST_F(ThreadsTest, StopAndDeleteOfVideosEndInOneState)
+{
+    Settings().vec_image_download.clear();
+    Settings().str_request_api = "";
+    Stamp(AddVideo("one"));
+    Stamp(AddVideo("two", 1));
+    AddVideo("three");
+    operations_ = {"GetPluginHandle", "StartDownloadVideoFile", "StartCovert", "Translate", "RenameFile"};
+    states_between_ = {13, 14};
+    ExpectOneEndOf({4, 6}, [this] { task_->Stop(); });
+    ExpectOneEndOf({4, 200}, [this] { task_->Delete(); });
+}
 
 TEST_F(ThreadsTest, StopAtAnyMomentEndsInOneState)
 {
