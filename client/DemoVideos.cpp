@@ -34,25 +34,26 @@ std::string IsoTime(const QDateTime& time)
     return time.toUTC().toString(Qt::ISODate).toStdString();
 }
 
-// A line at the top and one at the bottom, in two scripts.
+// A line below the station's clock and one at the bottom, in three scripts.
 json Lines()
 {
-    const auto line = [](const char* content, int from_top) {
+    const auto line = [](const char* content, int edge, int distance) {
         return json{
             {"Content", content},
             {"FontSettings",
              {{"Size", 32}, {"Color", {{"Red", 255}, {"Green", 255}, {"Blue", 255}}}, {"Transparency", 0}}},
             {"PosXType", 0},
             {"PosX", 24},
-            {"PosYType", from_top},
-            {"PosY", 24},
+            {"PosYType", edge},
+            {"PosY", distance},
             {"BeginMilliSecond", 0},
             {"EndMilliSecond", 0}};
     };
-    return {{"OverlayType", 1},
-            {"OverlayLineArray",
-             {{"LineArrayType", 0},
-              {"ContentLine", {line("Fetchyard: Gate South", 0), line("出口 · المخرج الجنوبي", 1)}}}}};
+    return {
+        {"OverlayType", 1},
+        {"OverlayLineArray",
+         {{"LineArrayType", 0},
+          {"ContentLine", {line("Fetchyard: Gate South", 0, 80), line("出口 · المخرج الجنوبي", 1, 24)}}}}};
 }
 
 }  // namespace
