@@ -9,7 +9,8 @@ namespace FetchyardBussiness {
 
 namespace FileSystem = Zell::Base::FileSystem;
 
-bool AddFolderProgress(const std::string& folder, ZellTaskKit::CDownloadProgress& progress)
+bool AddFolderProgress(const std::string& folder, ZellTaskKit::CDownloadProgress& progress,
+                       const FileWeight& weight)
 {
     constexpr double bytes_in_kilobyte = 1024.0;
     FileSystem::SearchFileParam search;
@@ -22,7 +23,7 @@ bool AddFolderProgress(const std::string& folder, ZellTaskKit::CDownloadProgress
     unsigned long long kilobytes = progress.GetVal_finished_size();
     for (const FileSystem::FileInfo& file : files) {
         const double size = std::ceil(static_cast<double>(file.size) / bytes_in_kilobyte);
-        kilobytes += static_cast<unsigned long long>(std::llround(size));
+        kilobytes += static_cast<unsigned long long>(std::llround(size)) * (weight ? weight(file.path) : 1);
     }
     progress.SetVal_finished_size(kilobytes);
     return true;

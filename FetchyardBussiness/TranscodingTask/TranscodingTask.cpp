@@ -1,12 +1,13 @@
 #include "FetchyardBussiness/TranscodingTask/TranscodingTask.h"
 
+#include "FetchyardBussiness/DeterminantWriteFile/FolderProgress.h"
 #include "FetchyardBussiness/Log.h"
 #include "MultimediaComm/PlayLocalFileEx.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellPlayback/PlatformWatermark.h"
 #include "ZellTaskKit/ClientServices.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace FetchyardBussiness {
 
@@ -163,7 +164,6 @@ bool CTranscodingTask::CaptureImage(const std::string& image_path, const std::st
 
 ZellTaskKit::CDownloadProgress CTranscodingTask::GetProgress()
 {
-    constexpr double bytes_in_kilobyte = 1024.0;
     ZellTaskKit::CDownloadProgress progress;
     const auto param = GetDownloadTaskParam<TranscodingParam>();
     if (!param) {
@@ -171,20 +171,14 @@ ZellTaskKit::CDownloadProgress CTranscodingTask::GetProgress()
         return progress;
     }
     const std::string folder = param->GetVal_str_file_path();
-    std::vector<FileSystem::FileInfo> files;
-    if (FileSystem::GetFilesInDir({folder, true, false}, files) != 0) {
+    // A result that is listed twice counts twice.
+    const auto weight = [&param](const std::string& path) {
+        const auto is_result = [&path](const TrasncodingFile& file) { return file.save_file == path; };
+        return static_cast<unsigned int>(
+            std::count_if(param->transcode_files.begin(), param->transcode_files.end(), is_result));
+    };
+    if (!AddFolderProgress(folder, progress, weight))
         LogError("dir is not exists.%s", folder.c_str());
-        return progress;
-    }
-    unsigned long long kilobytes = 0;
-    for (const FileSystem::FileInfo& info : files) {
-        for (const TrasncodingFile& file : param->transcode_files) {
-            if (info.path == file.save_file)
-                kilobytes += static_cast<unsigned long long>(
-                    std::ceil(static_cast<double>(info.size) / bytes_in_kilobyte));
-        }
-    }
-    progress.SetVal_finished_size(kilobytes);
     return progress;
 }
 
