@@ -1,6 +1,6 @@
 #include "support/VideoTest.h"
 
-#include <dlfcn.h>
+#include "Platform/Module.h"
 
 #include <regex>
 
@@ -17,8 +17,9 @@ VideoTest::VideoTest()
 void VideoTest::UsePlugin(const char* module)
 {
     // It stays to the end of the process, as a client's does.
-    void* const handle = ::dlopen(module, RTLD_NOW);
-    ASSERT_NE(handle, nullptr) << ::dlerror();
+    std::string reason;
+    void* const handle = ZellClientHost::LoadModule(module, reason);
+    ASSERT_NE(handle, nullptr) << reason;
     fakes::TheScript().plugins["clipvault.c"] = handle;
 }
 
