@@ -49,8 +49,10 @@ if(FETCHYARD_FUZZ)
     list(APPEND fetchyard_sanitizer_flags -fsanitize=fuzzer-no-link "-fsanitize-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/others.txt")
 endif()
 if(fetchyard_sanitizer_flags)
+    # The checks that a sanitizer inserts make GCC see paths on which a value of the standard library is unset.
     # A sanitized library leaves its runtime to the program, so it has undefined symbols of its own.
-    target_compile_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference)
+    target_compile_options(fetchyard_options INTERFACE
+        ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -Wl,--undefined-version -Wl,-z,undefs)
     target_compile_definitions(fetchyard_options INTERFACE FETCHYARD_SANITIZED=1)
 endif()
