@@ -1,11 +1,12 @@
+// States: what a task reports, what is kept of it, who is told.
 #include "Engine/Engine.h"
 
+#include "Engine/ResumeRecord.h"
 #include "Engine/TaskStates.h"
 #include "Log.h"
 
 #include <algorithm>
 #include <exception>
-#include <set>
 #include <utility>
 
 using Zell::Base::Error::ErrorCode;
@@ -13,8 +14,40 @@ using namespace ZellTaskKit;
 
 namespace FetchyardLogical::details {
 
-TaskEntry::TaskEntry(Engine& owner, TaskPtr held, std::string task_guid)
-    : engine(owner), task(std::move(held)), guid(std::move(task_guid))
+namespace {
+
+// How often a record is written out because a task handed it back or has a page.
+constexpr std::chrono::seconds kBetweenRecords(1);
+
+struct Telling
+{
+    std::shared_ptr<IReportSink> sink;
+    CTaskCallbackParam report;
+};
+// Where reports of this thread go while it is inside an observer; null while it is not.
+thread_local std::vector<Telling>* held_back = nullptr;
+
+// An observer's list is locked while it is told, so what comes of a request that an observer makes is told
+// when it has returned.
+void Tell(const std::shared_ptr<IReportSink>& sink, const CTaskCallbackParam& report)
+{
+    if (held_back != nullptr) {
+        held_back->push_back({sink, report});
+        return;
+    }
+    std::vector<Telling> tellings{{sink, report}};
+    held_back = &tellings;
+    for (std::size_t i = 0; i < tellings.size(); ++i) {
+        const Telling telling = tellings[i];
+        CallGuarded("an observer", [&] { telling.sink->OnReports({telling.report}); });
+    }
+    held_back = nullptr;
+}
+
+}  // namespace
+
+TaskEntry::TaskEntry(Engine& owner, TaskPtr held, StoredTask known)
+    : engine(owner), task(std::move(held)), guid(known.guid), kept(std::move(known))
 {
 }
 
@@ -23,8 +56,11 @@ void TaskEntry::OnTaskState(const CTaskCallbackParam& report)
     engine.OnReport(*this, report);
 }
 
-// The engine asks the task for its record whenever it needs it, so there is nothing to take over.
-void TaskEntry::OnTaskParamChanged(const std::string& /*guid*/) {}
+void TaskEntry::OnTaskParamChanged(const std::string& /*guid*/)
+{
+    if (RunsHere(*this))
+        engine.KeepNowAndThen(*this);
+}
 
 void CallGuarded(const char* what, const std::function<void()>& call)
 {
@@ -39,6 +75,12 @@ void CallGuarded(const char* what, const std::function<void()>& call)
     }
 }
 
+long long WallClock()
+{
+    const auto since = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(since).count();
+}
+
 const std::shared_ptr<Engine>& Engine::Shared()
 {
     static const auto* const engine = new std::shared_ptr<Engine>(std::make_shared<Engine>());
@@ -50,7 +92,7 @@ Engine::~Engine()
 {
     for (std::thread& worker : workers_)
         worker.detach();
-    for (const auto& numbered : entries_)
+    for (const auto& numbered : living_)
         numbered.second->task->SetTaskHost(nullptr);
 }
 
@@ -65,94 +107,6 @@ void Engine::SetTextCallback(TextCallback callback)
     auto kept = callback ? std::make_shared<const TextCallback>(std::move(callback)) : nullptr;
     const std::lock_guard<std::mutex> lock(mutex_);
     text_callback_.swap(kept);
-}
-
-bool Engine::Add(const std::vector<TaskPtr>& tasks)
-{
-    std::vector<EntryPtr> entries;
-    std::uint64_t generation = 0;
-    if (!Admit(tasks, entries, generation))
-        return false;
-    for (const EntryPtr& entry : entries)
-        entry->task->SetTaskHost(entry.get());
-    if (Enqueue(entries, generation))
-        return true;
-    // The engine went down in between and has forgotten them.
-    for (const EntryPtr& entry : entries)
-        entry->task->SetTaskHost(nullptr);
-    return false;
-}
-
-// All of a batch or nothing. A task that is still in the queue or running can't be handed over again.
-bool Engine::Admit(const std::vector<TaskPtr>& tasks, std::vector<EntryPtr>& entries,
-                   std::uint64_t& generation)
-{
-    std::set<const CDownloadTaskBase*> distinct;
-    std::vector<std::string> guids;
-    guids.reserve(tasks.size());
-    for (const TaskPtr& task : tasks) {
-        if (!task || !distinct.insert(task.get()).second)
-            return false;
-        guids.push_back(task->GetGuid());
-    }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (life_ != Life::Up || tasks.empty())
-        return false;
-    const bool busy = std::any_of(tasks.begin(), tasks.end(), [this](const TaskPtr& task) {
-        const auto known = by_task_.find(task.get());
-        return known != by_task_.end() && known->second->phase != Phase::Ended;
-    });
-    if (busy)
-        return false;
-    generation = generation_;
-    entries.reserve(tasks.size());
-    for (std::size_t i = 0; i < tasks.size(); ++i)
-        entries.push_back(AdmitOne(tasks[i], std::move(guids[i])));
-    return true;
-}
-
-EntryPtr Engine::AdmitOne(const TaskPtr& task, std::string guid)
-{
-    EntryPtr& entry = by_task_[task.get()];
-    if (!entry)
-        entry = std::make_shared<TaskEntry>(*this, task, std::move(guid));
-    entry->phase = Phase::Entering;
-    entry->pages = 0;
-    ChangeState(*entry, Unstarted, ErrorCode());
-    return entry;
-}
-
-// A task can be found from the moment at which it can be stopped.
-void Engine::MakeKnown(const EntryPtr& entry)
-{
-    if (entry->number != 0)
-        return;
-    entry->number = ++last_number_;
-    entries_.emplace_hint(entries_.end(), entry->number, entry);
-    by_guid_[entry->guid] = entry;
-    snapshot_.reset();
-}
-
-bool Engine::Enqueue(const std::vector<EntryPtr>& entries, std::uint64_t generation)
-{
-    bool enough = true;
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        if (life_ != Life::Up || generation_ != generation)
-            return false;
-        for (const EntryPtr& entry : entries) {
-            MakeKnown(entry);
-            entry->phase = Phase::Waiting;
-            entry->ticket = ++last_ticket_;
-            waiting_.emplace_hint(waiting_.end(), entry->ticket, entry);
-        }
-        enough = StartWorkers();
-    }
-    work_.notify_all();
-    if (!enough)
-        FETCHYARD_LOGICAL_LOG(5, "FetchyardLogical::details::Engine::Enqueue",
-                              "no further thread could be started, %zu tasks queued", entries.size());
-    return true;
 }
 
 void Engine::SetLimit(int count)
@@ -174,7 +128,7 @@ std::shared_ptr<const TaskMap> Engine::Snapshot()
     const std::lock_guard<std::mutex> lock(mutex_);
     if (!snapshot_) {
         auto tasks = std::make_shared<TaskMap>();
-        for (const auto& [number, entry] : entries_)
+        for (const auto& [number, entry] : living_)
             tasks->emplace_hint(tasks->end(), number, entry->task);
         snapshot_ = std::move(tasks);
     }
@@ -182,13 +136,14 @@ std::shared_ptr<const TaskMap> Engine::Snapshot()
 }
 
 // The one place where a task's state changes; the lock is held. It records and never refuses: what a task
-// has told the observers must not look different here. False if the contract does not know the step.
+// has told the observers must not look different here. False if the contract does not know the step. An end
+// state is not the end of a run: only the return of Exec is.
 bool Engine::ChangeState(TaskEntry& entry, DownloadState next, const ErrorCode& error)
 {
     const bool handed_over = next == Unstarted && entry.phase == Phase::Entering;
-    const bool expected = handed_over || CanFollow(entry.state, next);
-    entry.state = next;
-    entry.error = error;
+    const bool expected = handed_over || CanFollow(entry.kept.state, next);
+    entry.kept.state = next;
+    entry.kept.error = error;
     if (handed_over) {
         entry.end_reported = false;
         entry.stop_held = false;
@@ -229,49 +184,104 @@ Engine::HeldRequests Engine::TakeHeld(TaskEntry& entry, DownloadState reported)
     return held;
 }
 
+// Kept first, told then: no observer knows more than a later start of the engine will.
 void Engine::OnReport(TaskEntry& entry, const CTaskCallbackParam& report)
 {
+    const DownloadState state = report.GetVal_state();
+    const ErrorCode error = report.GetVal_error_code();
+    const std::string error_text = TextOf(error);
+    Change change;
+    change.kind = Change::Kind::Update;
+    change.resume_text = RunsHere(entry) ? NewResumeText(entry) : nullptr;
     HeldRequests held;
     std::shared_ptr<IReportSink> sink;
     DownloadState before = Unstarted;
     bool expected = true;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
-        before = entry.state;
-        expected = ChangeState(entry, report.GetVal_state(), report.GetVal_error_code());
-        held = TakeHeld(entry, report.GetVal_state());
+        before = entry.kept.state;
+        expected = ChangeState(entry, state, error);
+        entry.kept.error_text = error_text;
+        if (entry.phase == Phase::Leaving)
+            entry.kept.ended = WallClock();
+        if (change.resume_text)
+            entry.resume_text = change.resume_text;
+        change.task = entry.kept;
+        held = TakeHeld(entry, state);
         sink = sink_;
     }
-    LogReport(entry, before, report, expected);
+    Keep({std::move(change)});
+    if (!expected)
+        FETCHYARD_LOGICAL_LOG(4, "FetchyardLogical::details::Engine::OnReport",
+                              "task %s reports state %d behind state %d", entry.guid.c_str(),
+                              static_cast<int>(state), static_cast<int>(before));
+    if (state == Failed || state == UploadFailed)
+        FETCHYARD_LOGICAL_LOG(4, "FetchyardLogical::details::Engine::OnReport",
+                              "task %s failed with %d/%d: %s", entry.guid.c_str(), error.iFirstCode,
+                              error.iSecondCode, error_text.c_str());
     if (sink)
-        CallGuarded("an observer", [&] { sink->OnReports({report}); });
+        Tell(sink, report);
     if (held.stop)
         CallGuarded("Stop", [&] { entry.task->Stop(); });
     if (held.remove)
         CallGuarded("Delete", [&] { entry.task->Delete(); });
 }
 
-void Engine::LogReport(const TaskEntry& entry, DownloadState before, const CTaskCallbackParam& report,
-                       bool expected)
+std::string Engine::TextOf(const ErrorCode& error)
 {
-    const DownloadState state = report.GetVal_state();
-    if (!expected)
-        FETCHYARD_LOGICAL_LOG(4, "FetchyardLogical::details::Engine::OnReport",
-                              "task %s reports state %d behind state %d", entry.guid.c_str(),
-                              static_cast<int>(state), static_cast<int>(before));
-    if (state != Failed && state != UploadFailed)
-        return;
+    std::string text;
+    if (error.iFirstCode == 0 && error.iSecondCode == 0)
+        return text;
     std::shared_ptr<const TextCallback> callback;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         callback = text_callback_;
     }
-    const ErrorCode error = report.GetVal_error_code();
-    std::string text;
     if (callback)
         CallGuarded("the text callback", [&] { text = (*callback)(error); });
-    FETCHYARD_LOGICAL_LOG(4, "FetchyardLogical::details::Engine::OnReport", "task %s failed with %d/%d: %s",
-                          entry.guid.c_str(), error.iFirstCode, error.iSecondCode, text.c_str());
+    return text;
+}
+
+ResumeTextPtr Engine::NewResumeText(TaskEntry& entry)
+{
+    entry.asked = std::chrono::steady_clock::now();
+    ResumeTextPtr text = AskResumeText(*entry.task);
+    if (text && entry.resume_text && *text == *entry.resume_text)
+        return nullptr;
+    return text;
+}
+
+void Engine::KeepResumeText(TaskEntry& entry)
+{
+    Change change;
+    change.kind = Change::Kind::Update;
+    change.resume_text = NewResumeText(entry);
+    if (!change.resume_text)
+        return;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        entry.resume_text = change.resume_text;
+        change.task = entry.kept;
+    }
+    Keep({std::move(change)});
+}
+
+void Engine::KeepNowAndThen(TaskEntry& entry)
+{
+    if (std::chrono::steady_clock::now() - entry.asked >= kBetweenRecords)
+        KeepResumeText(entry);
+}
+
+std::shared_ptr<TaskStore> Engine::Store()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return store_;
+}
+
+void Engine::Keep(Changes changes)
+{
+    if (const std::shared_ptr<TaskStore> store = Store())
+        store->Keep(std::move(changes));
 }
 
 }  // namespace FetchyardLogical::details

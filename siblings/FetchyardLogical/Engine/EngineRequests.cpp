@@ -1,5 +1,6 @@
-// What a host asks of the engine: down, list, stop, delete, wait.
+// What a host asks of running tasks: down, stop, delete, wait.
 #include "Engine/Engine.h"
+#include "Engine/TaskStates.h"
 #include "ZellBase/Error.h"
 
 #include <utility>
@@ -32,35 +33,6 @@ bool IsBusy(Phase phase)
     return phase == Phase::Starting || phase == Phase::Running;
 }
 
-// "ArrayList[1]/FileName" and "ArrayList[1]/ErrorReason" and so on, as the tasks name them.
-std::map<std::string, std::string> FailedFiles(const std::map<std::string, std::string>& values)
-{
-    std::map<std::string, std::string> files;
-    const std::string end = "/FileName";
-    for (const auto& [name, file] : values) {
-        if (name.size() <= end.size() || name.compare(name.size() - end.size(), end.size(), end) != 0)
-            continue;
-        const auto reason = values.find(name.substr(0, name.size() - end.size()) + "/ErrorReason");
-        files.emplace(file, reason == values.end() ? std::string() : reason->second);
-    }
-    return files;
-}
-
-void FillFromRecord(CDownloadTaskBase& task, TaskView& view)
-{
-    if (task.GetErrorParamState()) {
-        std::map<std::string, std::string> values = task.GetErrorParam();
-        view.failed_files = FailedFiles(values);
-        view.remaining_login_count = values["RemainingLoginNumber"];
-        view.remaining_login_type = values["RemainingLoginType"];
-    }
-    const auto record = task.GetDownloadTaskParam<CDownloadTaskParam>();
-    if (!record)
-        return;
-    view.name = record->GetVal_str_name();
-    view.folder = record->GetVal_str_file_path();
-}
-
 }  // namespace
 
 bool Engine::Unit()
@@ -68,10 +40,11 @@ bool Engine::Unit()
     if (IsTaskThread())
         return false;
     {
-        const std::lock_guard<std::mutex> lock(mutex_);
+        std::unique_lock<std::mutex> lock(mutex_);
         if (life_ != Life::Up)
             return false;
         life_ = Life::GoingDown;
+        settled_.wait(lock, [this] { return entering_ == 0; });
     }
     const std::vector<EntryPtr> running = AskAllToStop();
     for (const EntryPtr& entry : running)
@@ -99,7 +72,7 @@ std::vector<EntryPtr> Engine::AskAllToStop()
         leaving_ += waiting.size();
         for (const auto& queued : waiting)
             queued.second->phase = Phase::Leaving;
-        for (const auto& numbered : entries_) {
+        for (const auto& numbered : living_) {
             TaskEntry& entry = *numbered.second;
             if (entry.phase == Phase::Starting)
                 entry.stop_held = true;
@@ -112,19 +85,32 @@ std::vector<EntryPtr> Engine::AskAllToStop()
     return running;
 }
 
-// No worker is left. A call of StopTask or DeleteTask that is under way holds its own entry.
+// No worker is left. A call of StopTask or DeleteTask that is under way holds its own entry. With a store the
+// tasks stay in the list, as those that a later start of the engine finds.
 void Engine::ForgetAll()
 {
-    std::map<unsigned int, EntryPtr> entries;
+    std::map<unsigned int, EntryPtr> living;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
-        entries.swap(entries_);
-        by_guid_.clear();
+        living.swap(living_);
         by_task_.clear();
         snapshot_.reset();
     }
-    for (const auto& numbered : entries)
+    for (const auto& numbered : living)
         numbered.second->task->SetTaskHost(nullptr);
+    const std::shared_ptr<TaskStore> store = Store();
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        for (const auto& numbered : living) {
+            if (numbered.second->phase == Phase::Going)
+                continue;  // whoever takes it out of the list is about to
+            Forget(numbered.second);
+            if (store)
+                AddStored(numbered.second->kept);
+        }
+    }
+    if (store)
+        store->Flush();
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         life_ = Life::Down;
@@ -132,44 +118,12 @@ void Engine::ForgetAll()
     settled_.notify_all();
 }
 
-std::vector<TaskView> Engine::List()
-{
-    std::vector<TaskView> views;
-    std::vector<EntryPtr> entries;
-    std::shared_ptr<const TextCallback> callback;
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        views.reserve(entries_.size());
-        entries.reserve(entries_.size());
-        callback = text_callback_;
-        for (const auto& [number, entry] : entries_) {
-            TaskView view;
-            view.number = number;
-            view.guid = entry->guid;
-            view.state = entry->state;
-            view.error = entry->error;
-            view.is_waiting = entry->phase == Phase::Waiting;
-            view.is_running = IsBusy(entry->phase);
-            view.pages = entry->pages;
-            views.push_back(std::move(view));
-            entries.push_back(entry);
-        }
-    }
-    for (std::size_t i = 0; i < views.size(); ++i) {
-        FillFromRecord(*entries[i]->task, views[i]);
-        const ErrorCode error = views[i].error;
-        if (callback && (error.iFirstCode != 0 || error.iSecondCode != 0))
-            CallGuarded("the text callback", [&] { views[i].error_text = (*callback)(error); });
-    }
-    return views;
-}
-
 // The lock is held. The entry, if it was in the queue and is out of it now.
 EntryPtr Engine::TakeOutOfQueue(const EntryPtr& entry)
 {
     if (entry->phase != Phase::Waiting)
         return nullptr;
-    waiting_.erase(entry->ticket);
+    waiting_.erase(entry->kept.queue_order);
     entry->phase = Phase::Leaving;
     ++leaving_;
     return entry;
@@ -179,6 +133,7 @@ void Engine::ReportLeaving(const EntryPtr& entry, DownloadState state)
 {
     const LastErrorGuard no_error;
     CallGuarded("NotifyTaskState", [&] { entry->task->NotifyTaskState(state); });
+    DropDeletedFolder(*entry);
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         entry->phase = Phase::Ended;
@@ -212,7 +167,7 @@ bool Engine::StopTask(const std::string& guid)
     return true;
 }
 
-bool Engine::DeleteTask(const std::string& guid)
+bool Engine::DeleteTask(const std::string& guid, FolderFate folder)
 {
     EntryPtr entry;
     EntryPtr taken_out;
@@ -223,16 +178,61 @@ bool Engine::DeleteTask(const std::string& guid)
             return false;
         entry = found->second;
         taken_out = TakeOutOfQueue(entry);
+        if (folder == FolderFate::Remove && (taken_out || IsBusy(entry->phase)))
+            entry->kept.remove_folder = true;
         if (entry->phase == Phase::Starting) {
             entry->delete_held = true;
             return true;
         }
     }
+    if (!entry->task)
+        return DeleteStored(entry, folder);
     bool deleted = false;
     CallGuarded("Delete", [&] { deleted = entry->task->Delete(); });
     if (taken_out)
         ReportLeaving(entry, Deleted);
     return deleted;
+}
+
+// What an interrupted task has left belongs to nobody any more; what an ended one has left is what was asked
+// for.
+bool Engine::DeleteStored(const EntryPtr& entry, FolderFate folder)
+{
+    std::string left;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (entry->phase != Phase::Ended)
+            return false;
+        entry->phase = Phase::Going;
+        const StoredTask& kept = entry->kept;
+        if (folder == FolderFate::Remove && !IsEndState(kept.state) && kept.owns_folder &&
+            claims_.IsFree(kept.folder, 1))
+            left = kept.folder;
+    }
+    if (!left.empty())
+        RemoveOwnFolder(left);
+    RemoveEntries({entry});
+    return true;
+}
+
+// A deleted export leaves its folder to whoever runs the engine; its task does not look at it any more.
+void Engine::DropDeletedFolder(TaskEntry& entry)
+{
+    Change change;
+    change.kind = Change::Kind::Update;
+    bool is_own = false;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (!entry.kept.remove_folder)
+            return;
+        is_own =
+            entry.kept.state == Deleted && entry.kept.owns_folder && claims_.IsFree(entry.kept.folder, 1);
+        entry.kept.remove_folder = false;
+        change.task = entry.kept;
+    }
+    if (is_own)
+        RemoveOwnFolder(change.task.folder);
+    Keep({std::move(change)});
 }
 
 bool Engine::WaitUntilIdle(std::chrono::milliseconds timeout)

@@ -27,10 +27,17 @@ bool IsTaskThread()
     return current_entry != nullptr;
 }
 
+bool RunsHere(const TaskEntry& entry)
+{
+    return current_entry == &entry;
+}
+
 void Engine::CountPage()
 {
-    if (current_entry != nullptr)
-        ++current_entry->pages;
+    if (current_entry == nullptr)
+        return;
+    ++current_entry->pages;
+    current_entry->engine.KeepNowAndThen(*current_entry);
 }
 
 bool Engine::Init()
@@ -42,7 +49,6 @@ bool Engine::Init()
     if (life_ == Life::Up)
         return true;
     life_ = Life::Up;
-    ++generation_;
     if (StartWorkers())
         return true;
     life_ = Life::Down;
@@ -90,6 +96,7 @@ EntryPtr Engine::NextTask()
     EntryPtr entry = std::move(first->second);
     waiting_.erase(first);
     entry->phase = Phase::Starting;
+    entry->kept.started = WallClock();
     ++running_;
     return entry;
 }
@@ -112,7 +119,24 @@ void Engine::RunTask(TaskEntry& entry)
         FailRun(entry, "an exception of unknown type");
     }
     DropReadAhead();
+    // A list call that fails changes the record behind the report of it.
+    KeepEnd(entry);
     current_entry = nullptr;
+}
+
+void Engine::KeepEnd(TaskEntry& entry)
+{
+    Change change;
+    change.kind = Change::Kind::Update;
+    change.resume_text = NewResumeText(entry);
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        entry.kept.ended = WallClock();
+        if (change.resume_text)
+            entry.resume_text = change.resume_text;
+        change.task = entry.kept;
+    }
+    Keep({std::move(change)});
 }
 
 // A task must not throw; one that does has failed, unless it had told its end before.
@@ -132,6 +156,7 @@ void Engine::FailRun(TaskEntry& entry, const char* what)
 // Exec has returned: only now the task has ended, whatever it reported before.
 void Engine::Finish(TaskEntry& entry)
 {
+    DropDeletedFolder(entry);
     bool silent = false;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
