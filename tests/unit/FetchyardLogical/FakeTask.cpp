@@ -120,9 +120,18 @@ EngineRig::EngineRig() : engine_(std::make_shared<details::Engine>()), log_(std:
     engine_->Init();
 }
 
+EngineRig::EngineRig(const std::string& store, std::string& message)
+    : engine_(std::make_shared<details::Engine>()), log_(std::make_shared<ReportLog>())
+{
+    engine_->SetSink(log_);
+    engine_->OpenStore(store, message);
+    engine_->Init();
+}
+
 EngineRig::~EngineRig()
 {
     engine_->Unit();
+    engine_->CloseStore();
 }
 
 bool EngineRig::Add(const std::vector<std::shared_ptr<FakeTask>>& tasks)

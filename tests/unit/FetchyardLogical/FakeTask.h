@@ -89,6 +89,8 @@ class EngineRig
 {
 public:
     EngineRig();
+    // On a store; message is what its opening said.
+    EngineRig(const std::string& store, std::string& message);
     EngineRig(const EngineRig&) = delete;
     EngineRig& operator=(const EngineRig&) = delete;
     ~EngineRig();
