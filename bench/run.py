@@ -26,13 +26,13 @@ H264 = ["-c:v", "libx264", "-preset", "veryfast", "-crf", "20", "-bf", "0", "-g"
 PEERS = pathlib.Path(__file__).resolve().parent / "peers"
 
 
-def measure(command, prepare=lambda: None, **options):
-    """The shortest of three runs, since a machine is rarely alone: seconds, and the highest peak memory in MB."""
-    runs = []
-    for _ in range(3):
+def measure(command, prepare=lambda: None, runs=3, **options):
+    """The shortest of the runs, since a machine is rarely alone: seconds, and the highest peak memory in MB."""
+    taken = []
+    for _ in range(runs):
         prepare()
-        runs.append(run_once(command, **options))
-    return min(seconds for seconds, _ in runs), max(memory for _, memory in runs)
+        taken.append(run_once(command, **options))
+    return min(seconds for seconds, _ in taken), max(memory for _, memory in taken)
 
 
 def run_once(command, **options):
@@ -123,11 +123,17 @@ class Bench:
             process.terminate()
             process.wait()
 
+    @staticmethod
+    def delay(url, path, milliseconds):
+        fault = {"Path": path, "Kind": "delay", "DelayMs": milliseconds, "Count": -1}
+        urllib.request.urlopen(urllib.request.Request(
+            f"{url}/control/faults", json.dumps(fault).encode(), {"Content-Type": "application/json"}))
+
     def seed(self, folder):
         subprocess.run([self.bin / "station", "seed", "--data", folder / "station", "--events", "10", "--minutes", "0"], check=True,
                        stdout=subprocess.DEVNULL)
 
-    def export(self, folder, url, condition, kind=1):
+    def export(self, folder, url, condition, kind=1, runs=3):
         request = {"FileExportRequest": {"FileExportType": 0, "RequestData": {
             "ExportFileParam": {"RequestMethod": "POST", "RequestAPI": "/api/v1/synthetic/report",
                                 "RequestCondition": json.dumps(condition, separators=(",", ":"))},
@@ -137,7 +143,7 @@ class Bench:
         path.write_text(json.dumps(request))
         command = [self.bin / "fetchyard", "--data", folder / "data", "--station", url, "run", path]
         # Without what an earlier run has left in the cache of pictures.
-        return measure(timed(command), prepare=lambda: shutil.rmtree(folder / "data", ignore_errors=True))
+        return measure(timed(command), prepare=lambda: shutil.rmtree(folder / "data", ignore_errors=True), runs=runs)
 
     def csv_station(self):
         condition = {"PageIndex": 1, "PageSize": 1000, "Rows": ROWS, "Columns": 10, "Pictures": 0}
@@ -149,15 +155,27 @@ class Bench:
                                    json.dumps(condition), folder / "peer.csv"])
                 self.add("csv-station", "rows/s", ROWS, ours, peer, "Python script (urllib, json, csv)", memory)
 
+    def pages_slow(self):
+        """A server that needs 50 ms a page, which come one after the other; the writer works meanwhile."""
+        condition = {"PageIndex": 1, "PageSize": 1000, "Rows": ROWS, "Columns": 10, "Pictures": 0}
+        with self.folder() as folder:
+            self.seed(folder)
+            written, _ = run_once([self.bin / "bench_memory", "xlsx", folder, ROWS])
+            with self.station(folder) as url:
+                self.delay(url, "/api/v1/synthetic/report", 50)
+                ours, memory = self.export(folder, url, condition, kind=0, runs=1)
+                served, _ = run_once([sys.executable, PEERS / "station_pages.py", f"{url}/api/v1/synthetic/report",
+                                      json.dumps(condition)])
+            self.add("pages-50ms", "rows/s", ROWS, ours, max(written, served),
+                     "the longer of fetching every page and writing every page, one run", memory)
+
     def pictures(self, delay):
         condition = {"PageIndex": 1, "PageSize": 100, "Rows": PICTURES, "Columns": 3, "Pictures": 1}
         with self.folder() as folder:
             self.seed(folder)
             with self.station(folder) as url:
                 if delay:
-                    fault = {"Path": "/synthetic/pictures/", "Kind": "delay", "DelayMs": delay, "Count": -1}
-                    urllib.request.urlopen(urllib.request.Request(
-                        f"{url}/control/faults", json.dumps(fault).encode(), {"Content-Type": "application/json"}))
+                    self.delay(url, "/synthetic/pictures/", delay)
                 ours, memory = self.export(folder, url, condition)
                 (folder / "peer").mkdir()
                 peer, _ = measure([sys.executable, PEERS / "pictures.py", f"{url}/synthetic/pictures/", PICTURES,
@@ -232,7 +250,7 @@ class Bench:
 
 BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "txt": Bench.txt, "pdf-html": Bench.pdf,
            "xlsx-pictures": Bench.xlsx_pictures, "csv-station": Bench.csv_station,
-           "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
+           "pages-50ms": Bench.pages_slow, "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
            "files-small": Bench.small_files, "stamp-lines": Bench.stamp_lines,
            "stamp-watermark": Bench.stamp_watermark}
 
