@@ -50,9 +50,10 @@ if(FETCHYARD_FUZZ)
 endif()
 if(fetchyard_sanitizer_flags)
     # The checks that a sanitizer inserts make GCC see paths on which a value of the standard library is unset.
+    set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
     # A sanitized library leaves its runtime to the program, so it has undefined symbols of its own.
     target_compile_options(fetchyard_options INTERFACE
-        ${fetchyard_sanitizer_flags} -O1 -g1 -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+        ${fetchyard_sanitizer_flags} -Wno-null-dereference $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     target_link_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -Wl,--undefined-version -Wl,-z,undefs)
     target_compile_definitions(fetchyard_options INTERFACE FETCHYARD_SANITIZED=1)
 endif()
@@ -99,8 +100,6 @@ function(fetchyard_test name)
     add_executable(${name} ${arg_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}")
     target_link_libraries(${name} PRIVATE fetchyard_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
-    # Tests are compiled more often than they run: what counts is how long that takes.
-    target_compile_options(${name} PRIVATE $<$<AND:$<CXX_COMPILER_ID:GNU,Clang>,$<CONFIG:Release>>:-O1>)
     list(LENGTH arg_SOURCES source_count)
     if(source_count GREATER 3)
         target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <memory> <string> <thread> <vector>)
@@ -124,12 +123,11 @@ macro(fetchyard_add_if_there folder)
     endif()
 endmacro()
 
-# fetchyard_uses_regex(SOURCE...): sources that use std::regex, of whose inside GCC complains in sanitized builds only.
-function(fetchyard_uses_regex)
-    if(FETCHYARD_SANITIZER)
-        set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -Wno-maybe-uninitialized)
-    endif()
-endfunction()
+# fetchyard_compiles_fast(): what this folder makes is compiled more often than it runs, or its own work is little beside
+# what it waits for: what counts is how long the compiler takes.
+macro(fetchyard_compiles_fast)
+    add_compile_options($<$<CXX_COMPILER_ID:GNU,Clang>:-O0>)
+endmacro()
 
 # fetchyard_forgives_others(PROGRAM): what other people's libraries never give back, or guard in a way that a sanitizer
 # does not see, is no finding.
