@@ -18,15 +18,38 @@ protected:
         return QString::fromUtf8(file.readAll());
     }
 
-    static void RunOrFail(const QString& program, const QStringList& words)
+    // What it printed; the exit code must be the one expected.
+    static QString Run(const QString& program, const QStringList& words, int exit_code = 0,
+                       const QString& libraries = {})
     {
         QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        if (!libraries.isEmpty())
+            environment.insert("LD_LIBRARY_PATH", libraries);
+        process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program, words);
-        ASSERT_TRUE(process.waitForFinished(600000)) << program.toStdString();
-        ASSERT_EQ(process.exitCode(), 0) << words.join(' ').toStdString() << "\n"
-                                         << process.readAll().toStdString();
+        EXPECT_TRUE(process.waitForFinished(600000)) << program.toStdString();
+        const QString printed = QString::fromUtf8(process.readAll());
+        EXPECT_EQ(process.exitCode(), exit_code) << words.join(' ').toStdString() << "\n"
+                                                 << printed.toStdString();
+        return printed;
     }
+
+    // Builds an example outside of the tree, against the library as it is installed.
+    QString Build(const QString& example)
+    {
+        const QString prefix = folder_.filePath("installed");
+        QString build = folder_.filePath(example);
+        Run(CMAKE_PROGRAM, {"--install", BUILD_FOLDER, "--prefix", prefix});
+        Run(CMAKE_PROGRAM, {"-S", QString(SOURCE_FOLDER) + "/examples/" + example, "-B", build,
+                            "-DCMAKE_PREFIX_PATH=" + prefix, QString("-DCMAKE_BUILD_TYPE=") + BUILD_CONFIG,
+                            QString("-DCMAKE_CXX_FLAGS=") + SANITIZER_FLAGS});
+        Run(CMAKE_PROGRAM, {"--build", build});
+        return build;
+    }
+
+    const QTemporaryDir folder_;
 };
 
 }  // namespace
@@ -39,16 +62,20 @@ TEST_F(Embedding, ExampleOfTheReadmeIsTheOneThatIsBuilt)
 
 TEST_F(Embedding, ProgramThatFindsTheInstalledLibraryExportsAReport)
 {
-    const QTemporaryDir folder;
-    const QString prefix = folder.filePath("installed");
-    const QString build = folder.filePath("build");
-    RunOrFail(CMAKE_PROGRAM, {"--install", BUILD_FOLDER, "--prefix", prefix});
-    RunOrFail(CMAKE_PROGRAM, {"-S", QString(SOURCE_FOLDER) + "/examples/embed", "-B", build,
-                              "-DCMAKE_PREFIX_PATH=" + prefix, QString("-DCMAKE_BUILD_TYPE=") + BUILD_CONFIG,
-                              QString("-DCMAKE_CXX_FLAGS=") + SANITIZER_FLAGS});
-    RunOrFail(CMAKE_PROGRAM, {"--build", build});
-    const QString out = folder.filePath("out/");
+    const QString build = Build("embed");
+    const QString out = folder_.filePath("out/");
     QDir().mkpath(out);
-    RunOrFail(build + "/embed", {QString::fromStdString(Address()), out});
+    Run(build + "/embed", {QString::fromStdString(Address()), out});
     EXPECT_TRUE(QFile::exists(out + "Alarms/Alarms.csv"));
+}
+
+TEST_F(Embedding, SiblingOfAnothersOwnTakesThePlaceOfOurs)
+{
+    const QString build = Build("error-texts");
+    const QString request = QString(SOURCE_FOLDER) + "/docs/requests/report-export.sample.json";
+    const QString printed = Run(CLIENT_PROGRAM,
+                                {"--station", "http://127.0.0.1:1", "--data", folder_.filePath("data"),
+                                 "--save", folder_.filePath("out/"), "run", request},
+                                1, build);
+    EXPECT_TRUE(printed.contains("Das ging schief: 22/7")) << printed.toStdString();
 }

@@ -39,7 +39,13 @@ protected:
     template <typename Function>
     static Function Find(const char* name)
     {
-        const auto address = reinterpret_cast<Function>(QLibrary(CLIPVAULT_MODULE).resolve(name));
+        // One for all threads: Qt loses a library that one thread gives back while another takes it.
+        static auto* const module = [] {
+            auto* const library = new QLibrary(CLIPVAULT_MODULE);
+            EXPECT_TRUE(library->load());
+            return library;
+        }();
+        const auto address = reinterpret_cast<Function>(module->resolve(name));
         EXPECT_NE(address, nullptr) << name;
         return address;
     }
