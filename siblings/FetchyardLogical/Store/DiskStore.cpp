@@ -44,7 +44,10 @@ void DiskStore::Keep(Changes changes)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         std::string reason;
-        if (!journal_.Append(++last_, complete_, bytes, reason))
+        // The number of a frame that is not there is the next one's: a gap would look like damage.
+        if (journal_.Append(last_ + 1, complete_, bytes, reason))
+            ++last_;
+        else
             SetTrouble(reason);
         for (Change& change : changes)
             pending_.Add(std::move(change));
@@ -75,12 +78,11 @@ std::string DiskStore::ResumeText(const std::string& guid)
 void DiskStore::Flush()
 {
     std::unique_lock<std::mutex> lock(mutex_);
-    const std::uint64_t wanted = last_;
     // A group that is on its way now may lack the newest changes.
     const std::uint64_t tries = groups_ + (writing_ ? 2 : 1);
     hurry_ = true;
     wake_.notify_all();
-    written_.wait(lock, [&] { return complete_ >= wanted || groups_ >= tries; });
+    written_.wait(lock, [&] { return groups_ >= tries || (pending_.IsEmpty() && !writing_); });
 }
 
 std::string DiskStore::Trouble()

@@ -119,9 +119,9 @@ bool Journal::Append(std::uint64_t number, std::uint64_t complete, const std::st
     AppendNumber(frame, CheckOf(bytes, CheckOf(frame)), 4);
     frame += bytes;
     File& current = files_[current_];
-    current.last_number = number;
     if (!current.file->WriteAt(current.end, frame, reason))
         return false;
+    current.last_number = number;
     current.end += frame.size();
     return true;
 }

@@ -1,7 +1,5 @@
 #include "StoreRig.h"
 
-#include "ZellBase/Util.h"
-
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -11,15 +9,6 @@
 namespace fs = std::filesystem;
 
 namespace FetchyardLogical::testing {
-
-std::string RecordText(int kind, const std::string& content)
-{
-    std::string text;
-    Zell::Base::Encrypt::Base64Encode(text, "<FileExportParams><TaskParamType>" + std::to_string(kind) +
-                                                "</TaskParamType><Content>" + content +
-                                                "</Content></FileExportParams>");
-    return text;
-}
 
 std::shared_ptr<FakeTask> MakeRecorded(FakeTask::Body body, const std::string& name,
                                        const std::string& folder, int kind)

@@ -2,9 +2,9 @@
 
 #include "FakeTask.h"
 #include "Store/TaskStore.h"
+#include "StoreRecords.h"
 #include "tests/unit/TempFolder.h"
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,19 +12,6 @@
 
 namespace FetchyardLogical::testing {
 
-// A record that writes out what the test says.
-class FakeRecord final : public ZellTaskKit::CDownloadTaskParam
-{
-public:
-    explicit FakeRecord(std::function<std::string()> text) : text_(std::move(text)) {}
-    std::string CreateResumeXml() override { return text_(); }
-
-private:
-    const std::function<std::string()> text_;
-};
-
-// The Base64 text of a record of the kind, with the content in it.
-std::string RecordText(int kind, const std::string& content = "");
 // A task with such a record, in the name and the folder.
 std::shared_ptr<FakeTask> MakeRecorded(FakeTask::Body body, const std::string& name = "Alarms",
                                        const std::string& folder = "", int kind = 1);
