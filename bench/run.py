@@ -19,6 +19,8 @@ EMBEDDED_PICTURES = 1_000
 PDF_ROWS = 10_000
 FILE_BYTES = 1 << 30
 SMALL_FILES = 5_000
+TASKS = 10_000
+STORED_TASKS = 100_000
 VIDEO_SECONDS = 20
 VIDEO_RATE = 25
 # What the library asks of the same encoder.
@@ -241,6 +243,32 @@ class Bench:
         self.stamp("stamp-watermark", "watermark", f"overlay,{self.drawn_lines()}",
                    "the ffmpeg command, overlay and drawtext", tiles)
 
+    def tasks(self, name, store, peer_tasks=500):
+        """Small tasks through the engine; the peer keeps fewer of them, since each of its steps waits for the disk."""
+        with self.folder() as folder:
+            stores = (folder / f"{number}.db" for number in range(9))
+            command = [self.bin / "bench_engine", "tasks", TASKS]
+            runs = [run_once(command + ([next(stores)] if store else [])) for _ in range(3)]
+            peer_store = folder / "peer.db" if store else ":memory:"
+            peer, _ = run_once([sys.executable, PEERS / "sqlite_tasks.py", peer_tasks, peer_store])
+            self.add(name, "tasks/s", TASKS, min(seconds for seconds, _ in runs), peer * TASKS / peer_tasks,
+                     "Python's sqlite3, a transaction a step", max(memory for _, memory in runs))
+
+    def tasks_memory(self):
+        self.tasks("tasks-memory", False, TASKS)
+
+    def tasks_disk(self):
+        self.tasks("tasks-disk", True)
+
+    def task_list(self):
+        with self.folder() as folder:
+            run_once([self.bin / "bench_engine", "fill", STORED_TASKS, folder / "ours.db"])
+            ours, memory = measure([self.bin / "bench_engine", "list", STORED_TASKS, folder / "ours.db"])
+            script = [sys.executable, PEERS / "sqlite_tasks.py", STORED_TASKS, folder / "peer.db"]
+            run_once([*script, "fill"])
+            peer, _ = measure([*script, "list"])
+            self.add("task-list", "tasks/s", STORED_TASKS, ours, peer, "Python's sqlite3, SELECT of all", memory)
+
     def pictures_fast(self):
         self.pictures(0)
 
@@ -252,7 +280,8 @@ BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx,
            "xlsx-pictures": Bench.xlsx_pictures, "csv-station": Bench.csv_station,
            "pages-50ms": Bench.pages_slow, "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
            "files-small": Bench.small_files, "stamp-lines": Bench.stamp_lines,
-           "stamp-watermark": Bench.stamp_watermark}
+           "stamp-watermark": Bench.stamp_watermark, "tasks-memory": Bench.tasks_memory,
+           "tasks-disk": Bench.tasks_disk, "task-list": Bench.task_list}
 
 
 def print_row(row):

@@ -51,6 +51,11 @@ TaskEntry::TaskEntry(Engine& owner, TaskPtr held, StoredTask known)
 {
 }
 
+bool TaskEntry::HasClaim() const
+{
+    return task || !IsEndState(kept.state);
+}
+
 void TaskEntry::OnTaskState(const CTaskCallbackParam& report)
 {
     engine.OnReport(*this, report);

@@ -64,6 +64,10 @@ public:
     void OnTaskState(const ZellTaskKit::CTaskCallbackParam& report) override;
     void OnTaskParamChanged(const std::string& guid) override;
 
+    // Whether it still counts as one that has its folder; the lock is held. What ended in an earlier start of
+    // the engine does not: it has left its files, if any.
+    bool HasClaim() const;
+
     Engine& engine;
     const TaskPtr task;      // null for one that only the store knows
     const std::string guid;  // as it was at the hand-over

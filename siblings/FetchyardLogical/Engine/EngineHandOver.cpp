@@ -150,7 +150,8 @@ void Engine::RegisterOne(TaskEntry& entry, const Look& look, const TaskEntry* re
         kept.folder = replaced->kept.folder;
         kept.plugin_id = replaced->kept.plugin_id;
         kept.owns_folder = replaced->kept.owns_folder;
-        claims_.Drop(replaced->kept.folder);
+        if (replaced->HasClaim())
+            claims_.Drop(replaced->kept.folder);
     } else if (is_new) {
         kept.place = ++last_place_;
     }

@@ -117,6 +117,7 @@ bool Engine::OpenStore(const std::string& path, std::string& message)
             return false;
         }
         store_ = opening.store;
+        by_guid_.reserve(opening.tasks.size());
         for (StoredTask& task : opening.tasks)
             AddStored(std::move(task));
         for (const auto& placed : list_) {
@@ -135,11 +136,12 @@ void Engine::AddStored(StoredTask task)
     const std::uint64_t place = task.place;
     last_place_ = std::max(last_place_, place);
     last_order_ = std::max(last_order_, task.queue_order);
-    claims_.Add(task.folder);
     auto entry = std::make_shared<TaskEntry>(*this, nullptr, std::move(task));
     entry->phase = Phase::Ended;
+    if (entry->HasClaim())
+        claims_.Add(entry->kept.folder);
     by_guid_[entry->guid] = entry;
-    list_[place] = std::move(entry);
+    list_.insert_or_assign(list_.end(), place, std::move(entry));
 }
 
 bool Engine::CloseStore()
@@ -296,7 +298,8 @@ void Engine::Forget(const EntryPtr& entry)
 {
     list_.erase(entry->kept.place);
     by_guid_.erase(entry->guid);
-    claims_.Drop(entry->kept.folder);
+    if (entry->HasClaim())
+        claims_.Drop(entry->kept.folder);
     if (!entry->task)
         return;
     living_.erase(entry->number);

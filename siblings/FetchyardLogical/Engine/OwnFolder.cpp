@@ -11,10 +11,22 @@ namespace fs = std::filesystem;
 
 namespace FetchyardLogical::details {
 
+namespace {
+
+// Whether there is nothing to do, as with nearly all: the work below takes its time over a long list.
+bool IsNormal(const std::string& folder)
+{
+    return folder.back() == '/' && folder.find("//") == std::string::npos &&
+           folder.find("/.") == std::string::npos && folder.find('\\') == std::string::npos &&
+           folder[0] != '.';
+}
+
+}  // namespace
+
 std::string NormalFolder(const std::string& folder)
 {
-    if (folder.empty())
-        return {};
+    if (folder.empty() || IsNormal(folder))
+        return folder;
     std::string normal = fs::u8path(folder).lexically_normal().generic_u8string();
     if (normal.back() != '/')
         normal += '/';

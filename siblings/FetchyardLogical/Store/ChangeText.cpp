@@ -106,8 +106,10 @@ bool IsKind(Change::Kind kind)
 
 void AppendNumber(std::string& bytes, std::uint64_t value, int size)
 {
+    char number[8];
     for (int i = 0; i < size; ++i)
-        bytes += static_cast<char>((value >> (8 * i)) & 0xFF);
+        number[i] = static_cast<char>((value >> (8 * i)) & 0xFF);
+    bytes.append(number, static_cast<std::size_t>(size));
 }
 
 std::uint64_t NumberAt(std::string_view bytes, std::size_t position, int size)
@@ -164,6 +166,7 @@ std::uint32_t CheckOf(std::string_view bytes, std::uint32_t earlier)
 std::uint32_t CheckOf(const StoredTask& task)
 {
     std::string bytes;
+    bytes.reserve(256 + task.name.size() + task.folder.size() + task.error_text.size());
     VisitMembers(task, Writer(bytes));
     return CheckOf(std::string_view(bytes));
 }

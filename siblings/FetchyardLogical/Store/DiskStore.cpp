@@ -2,6 +2,7 @@
 
 #include "Log.h"
 #include "Store/ChangeText.h"
+#include "Store/SetAside.h"
 
 #include <chrono>
 #include <utility>
@@ -36,6 +37,8 @@ DiskStore::~DiskStore()
     }
     wake_.notify_all();
     writer_.join();
+    if (pending_.IsEmpty())
+        journal_.Clear();
 }
 
 void DiskStore::Keep(Changes changes)
@@ -69,6 +72,8 @@ std::string DiskStore::ResumeText(const std::string& guid)
             reader_ = std::make_unique<TaskTable>(path_, Sqlite::Use::Read);
         return reader_->ResumeText(guid);
     } catch (const SqliteFailure& failure) {
+        if (failure.IsDamage())
+            MarkSuspect(path_);
         FETCHYARD_LOGICAL_LOG(5, "FetchyardLogical::details::DiskStore::ResumeText",
                               "the resume record of task %s can't be read: %s", guid.c_str(), failure.what());
         return {};
@@ -128,6 +133,8 @@ void DiskStore::WriteGroup(std::unique_lock<std::mutex>& lock)
             table_->Write(*group, number);
         } catch (const SqliteFailure& failure) {
             failed = failure.what();
+            if (failure.IsDamage())
+                MarkSuspect(path_);
         }
         lock.lock();
         writing_ = nullptr;

@@ -105,7 +105,16 @@ bool Journal::Open(std::string& reason)
         if (!files_[i].file)
             return false;
     }
+    Clear();
     return true;
+}
+
+void Journal::Clear()
+{
+    for (File& file : files_) {
+        file.file->Cut(0);
+        file.end = 0;
+    }
 }
 
 bool Journal::Append(std::uint64_t number, std::uint64_t complete, const std::string& bytes,

@@ -36,8 +36,10 @@ public:
 
     explicit Journal(std::string store) : store_(std::move(store)) {}
 
-    // False with the reason if the files can't be written.
+    // Begins both files anew: the database has to be complete. False with the reason if they can't be written.
     bool Open(std::string& reason);
+    // Empties both files when the database is complete and nothing more comes.
+    void Clear();
     // One write of the system. False with the reason if it failed; the frame is then not there.
     bool Append(std::uint64_t number, std::uint64_t complete, const std::string& bytes, std::string& reason);
     // Goes on in the other file if all its frames are up to this number, which the database is complete to.

@@ -3,6 +3,7 @@
 #include "Store/Journal.h"
 
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -15,6 +16,11 @@ bool IsThere(const std::string& path)
 {
     std::error_code error;
     return fs::exists(fs::u8path(path), error) || error;
+}
+
+std::string MarkOf(const std::string& store)
+{
+    return store + ".suspect";
 }
 
 std::string FreeName(const std::string& path)
@@ -56,6 +62,22 @@ std::string CopyJournalAside(const std::string& store)
             first = aside;
     }
     return first;
+}
+
+void MarkSuspect(const std::string& store)
+{
+    const std::ofstream mark(fs::u8path(MarkOf(store)));
+}
+
+bool IsSuspect(const std::string& store)
+{
+    return IsThere(MarkOf(store));
+}
+
+void ClearSuspect(const std::string& store)
+{
+    std::error_code ignored;
+    fs::remove(fs::u8path(MarkOf(store)), ignored);
 }
 
 }  // namespace FetchyardLogical::details

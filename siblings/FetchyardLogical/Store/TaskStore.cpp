@@ -152,10 +152,12 @@ private:
             case TaskTable::Fit::Ready:
                 break;
         }
-        table_->CheckPages();
+        if (IsSuspect(path_))
+            table_->CheckPages();
         table_->Migrate();
         ReplayJournal();
         LoadTasks();
+        ClearSuspect(path_);
     }
 
     void ReplayJournal()
@@ -175,7 +177,8 @@ private:
         }
         if (!frames_.empty())
             complete_ = std::max(complete_, frames_.back().number);
-        table_->Write(changes, complete_);
+        if (!changes.IsEmpty())
+            table_->Write(changes, complete_);
     }
 
     void LoadTasks()

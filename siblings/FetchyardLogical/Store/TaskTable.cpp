@@ -254,6 +254,9 @@ std::vector<StoredTask> TaskTable::Load(std::size_t& damaged)
         else
             ++damaged;
     }
+    // Counted by the index: pages that are missing from the table itself would not show otherwise.
+    if (static_cast<std::size_t>(database_.Number("SELECT count(*) FROM task")) != tasks.size() + damaged)
+        throw SqliteFailure(SqliteFailure::kDamage, "tasks are missing");
     return tasks;
 }
 

@@ -28,14 +28,15 @@ public:
     Fit Look();
     // Only on one that is Ready, to write: brings the tables to this version.
     void Migrate();
-    // Throws if there are bad pages.
+    // Throws if there are bad pages anywhere, which takes its time.
     void CheckPages();
     // Which change is the last that is in.
     std::uint64_t Complete();
     void SetComplete(std::uint64_t number);
     // All changes in one transaction, on disk when it returns.
     void Write(const LastChanges& changes, std::uint64_t number);
-    // The tasks by place. Records that are not what was written are left out and counted.
+    // The tasks by place. Throws if some are missing; records that are not what was written are left
+    // out and counted.
     std::vector<StoredTask> Load(std::size_t& damaged);
     // What can be read of a damaged file, as changes that put it into another; throws nothing.
     LastChanges Salvage();

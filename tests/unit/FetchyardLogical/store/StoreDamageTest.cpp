@@ -175,12 +175,23 @@ TEST_F(DamagedStore, ADatabaseWithAnyPageSpoiledIsReadOrSetAsideButNeverLost)
         for (std::size_t i = page; i < page + 4096 && i < bytes.size(); ++i)
             bytes[i] = static_cast<char>(random());
         WriteBytes(copy, bytes);
-        const Found found = OpenAndLook(copy);
+        Found found = OpenAndLook(copy);
         if (!found.is_open) {
             // The first page says what the file is; here it says something else.
             EXPECT_THAT(found.message, HasSubstr("left as it is"));
             EXPECT_TRUE(ReadBytes(copy) == bytes);
         } else {
+            // Among the resume records it shows when one of them is asked for, and is dealt with at the next
+            // opening.
+            if (found.message.empty()) {
+                found = OpenAndLook(copy);
+            }
+            if (found.message.empty()) {
+                // The page of a table that holds nothing.
+                EXPECT_EQ(found.tasks.size(), 200u);
+                EXPECT_EQ(found.texts.at("guid-200"), "record 200");
+                continue;
+            }
             EXPECT_THAT(found.message, HasSubstr("set aside as " + copy + ".damaged-1"));
             EXPECT_TRUE(ReadBytes(copy + ".damaged-1") == bytes);
             ++set_aside;
