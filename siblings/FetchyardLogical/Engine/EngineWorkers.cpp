@@ -78,6 +78,8 @@ void Engine::WorkerMain()
     while (const EntryPtr entry = NextTask()) {
         RunTask(*entry);
         Finish(*entry);
+        // Tasks that take no time would keep those from the processor who are to hear of them.
+        std::this_thread::yield();
     }
 }
 
