@@ -63,9 +63,9 @@ protected:
     }
 
     TempFolder disk_;
-    StoreRig store_;
     Latch started_;
     Latch deleted_;
+    StoreRig store_;  // last: its tasks use the others until it goes
 };
 
 }  // namespace

@@ -180,6 +180,7 @@ TEST(Store, ATaskIsKeptWhenItsHandOverReturns)
     ASSERT_EQ(found.tasks.count(task->GetGuid()), 1u);
     EXPECT_EQ(found.texts.at(task->GetGuid()), RecordText(1));
     first.go.Open();
+    ASSERT_TRUE(store.Rig().Settle());
 }
 
 TEST(Store, ARecordIsAskedForWhereTheTaskIsHandedOverAndThenWhereItRuns)
@@ -225,6 +226,7 @@ TEST(Store, ATaskThatIsTakenOutOfTheQueueIsNotAskedForItsRecord)
     EXPECT_EQ(store.View(task->GetGuid()).state, Stopped);
     EXPECT_GT(store.View(task->GetGuid()).ended, 0);
     first.go.Open();
+    ASSERT_TRUE(store.Rig().Settle());
 }
 
 TEST(Store, RecordsThatAreHandedBackAndPagesAreWrittenOnceASecondAtMost)
