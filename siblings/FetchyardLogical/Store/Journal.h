@@ -36,7 +36,8 @@ public:
 
     explicit Journal(std::string store) : store_(std::move(store)) {}
 
-    // Begins both files anew: the database has to be complete. False with the reason if they can't be written.
+    // Begins both files anew: the database has to be complete. False with the reason if they can't be
+    // written.
     bool Open(std::string& reason);
     // Empties both files when the database is complete and nothing more comes.
     void Clear();
