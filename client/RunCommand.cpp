@@ -2,14 +2,13 @@
 
 #include "ExpectedFiles.h"
 #include "FetchyardLogicalHost/EngineHost.h"
-#include "FileList.h"
+#include "Job.h"
 #include "OpenCheck.h"
 #include "Platform/Terminal.h"
 #include "ProgressView.h"
 #include "RequestCheck.h"
 #include "Trouble.h"
 #include "Words.h"
-#include "ZellTaskKit/ClientServices.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +23,6 @@
 
 namespace FetchyardClient {
 
-using FetchyardBussiness::CDownloadBussinessManager;
 using FetchyardLogical::TaskView;
 using nlohmann::json;
 
@@ -41,62 +39,11 @@ void OnInterrupt(int /*signal*/)
         std::_Exit(130);
 }
 
-// A request on its way.
-struct Job
+bool IsAccepted(const RequestSource& source, Job& job)
 {
-    RequestSource source;
-    json request;
-    std::vector<PlannedTask> planned;  // of a list of single files
-    std::vector<std::string> guids;
-};
-
-bool Accept(const RequestSource& source, Job& job)
-{
-    std::vector<Violation> violations;
-    job.source = source;
-    if (ParseRequest(source.text, job.request, violations))
-        violations = CheckRequest(job.request);
+    const std::vector<Violation> violations = Accept(source, job);
     PrintViolations(stderr, source.label, violations);
     return violations.empty();
-}
-
-bool EncipherPassword(Job& job)
-{
-    const json::json_pointer pointer(std::string(ServerRequestOf(job.request)) +
-                                     "/CheckPasswordRequest/PassWord");
-    if (!job.request.contains(pointer))
-        return true;
-    std::string ciphered;
-    if (!ZellTaskKit::PrivateEncrypt::AESEncryptForSensitiveInfor(ciphered, job.request[pointer]))
-        return false;
-    job.request[pointer] = ciphered;
-    job.source.text = job.request.dump();
-    return true;
-}
-
-bool HandOverRecords(Job& job)
-{
-    std::vector<std::shared_ptr<ZellTaskKit::CDownloadTaskParam>> records;
-    for (const PlannedTask& task : job.planned)
-        records.push_back(task.record);
-    return CDownloadBussinessManager::Instance().AddFileDownloadTask(job.guids, records);
-}
-
-bool HandOver(Job& job)
-{
-    try {
-        if (job.planned.empty()
-                ? CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text})
-                : HandOverRecords(job))
-            return true;
-        std::fprintf(stderr, "%s: the library made no task of it\n", job.source.label.c_str());
-    } catch (const std::exception& error) {
-        std::fprintf(stderr,
-                     "%s: the library can't shorten its path, which is over 259 bytes: use a shorter folder "
-                     "or a longer name (%s)\n",
-                     job.source.label.c_str(), error.what());
-    }
-    return false;
 }
 
 void EndAll(const std::vector<std::string>& guids, bool discard, ProgressView& view)
@@ -204,15 +151,6 @@ bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::stri
     return all_well;
 }
 
-// The name of the archive that a request makes; nothing if it makes none.
-std::optional<std::string> ArchiveName(const json& request)
-{
-    const json::json_pointer write("/FileExportRequest/RequestData/WriteFileCondition");
-    if (!request.contains(write) || !request[write].value("IsNeedCompressZip", false))
-        return std::nullopt;
-    return request[write].value("ExportFileName", std::string());
-}
-
 // Archives are made in one folder under the report's name alone, so two of one name must not be made at once.
 std::vector<std::vector<Job*>> Rounds(std::vector<Job>& jobs)
 {
@@ -228,26 +166,24 @@ std::vector<std::vector<Job*>> Rounds(std::vector<Job>& jobs)
     return rounds;
 }
 
-bool PlanFiles(Job& job)
-{
-    std::vector<Violation> violations;
-    job.planned = PlanTasks(job.request, ZellClientHost::GetClientSettings().save_path, violations);
-    PrintViolations(stderr, job.source.label, violations);
-    return violations.empty();
-}
-
 bool PrepareJobs(const RunOptions& options, std::vector<Job>& jobs)
 {
     for (Job& job : jobs) {
-        if (IsFileList(job.request) && !PlanFiles(job))
+        const std::vector<Violation> violations = Prepare(options.encipher_passwords, job);
+        PrintViolations(stderr, job.source.label, violations);
+        if (!violations.empty())
             return false;
-        if (options.encipher_passwords && !EncipherPassword(job)) {
-            std::fprintf(stderr, "%s: the password can't be ciphered; look at the key in the data folder\n",
-                         job.source.label.c_str());
-            return false;
-        }
     }
     return true;
+}
+
+bool HandOverOrTell(Job& job)
+{
+    std::string reason;
+    if (HandOver(job, reason))
+        return true;
+    std::fprintf(stderr, "%s: %s\n", job.source.label.c_str(), reason.c_str());
+    return false;
 }
 
 }  // namespace
@@ -270,7 +206,7 @@ int RunRequests(const RunOptions& options, const std::vector<RequestSource>& req
     std::vector<Job> jobs(requests.size());
     bool acceptable = true;
     for (std::size_t i = 0; i < requests.size(); ++i)
-        acceptable = Accept(requests[i], jobs[i]) && acceptable;
+        acceptable = IsAccepted(requests[i], jobs[i]) && acceptable;
     if (!acceptable)
         return kBadInput;
 
@@ -291,7 +227,7 @@ int RunRequests(const RunOptions& options, const std::vector<RequestSource>& req
         for (Job* job : round) {
             if (interrupts > 0)
                 break;
-            all_well = HandOver(*job) && all_well;
+            all_well = HandOverOrTell(*job) && all_well;
             guids.insert(guids.end(), job->guids.begin(), job->guids.end());
         }
         WatchUntilIdle(guids, options.discard_at_interrupt, view, trouble);

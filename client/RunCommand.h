@@ -1,8 +1,7 @@
 #pragma once
 
+#include "Job.h"
 #include "LibraryHost.h"
-
-#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -15,13 +14,6 @@ enum ExitCode : int {
     kSomethingFailed =
         1,          // a task did not finish, or a file that was asked for is not there or does not open
     kBadInput = 2,  // a request was refused before it was begun, or the command line is wrong
-};
-
-// A request's text and what to call it when it is talked about.
-struct RequestSource
-{
-    std::string label;
-    std::string text;
 };
 
 struct RunOptions
