@@ -1,10 +1,13 @@
 #include "DemoCommand.h"
 #include "KeyCommands.h"
 #include "RunCommand.h"
+#include "Window/UiCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QLoggingCategory>
+
+#include <memory>
 
 namespace {
 
@@ -45,6 +48,7 @@ struct CommandLine
     std::vector<std::string> requests;
     std::string out_folder = "fetchyard-demo";
     std::string key_target;
+    UiOptions ui;
 };
 
 void AddHostOptions(CLI::App& app, CommandLine& line)
@@ -62,23 +66,51 @@ void AddHostOptions(CLI::App& app, CommandLine& line)
     app.add_flag("--verbose", host.verbose, "log everything, not only errors");
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+// Qt's part of the program. The words of the command line are the client's: Qt would take "--plugin" and
+// others for its own. And its remarks, on a missing runtime folder for one, are none of the person's
+// business.
+std::unique_ptr<QGuiApplication> MakeApplication(bool has_window, char** argv)
 {
+    static int only_the_name = 1;
+    QLoggingCategory::setFilterRules("default.warning=false");
+    QCoreApplication::setApplicationName("fetchyard");
+    if (has_window) {
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+        QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+            Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+        return std::make_unique<QApplication>(only_the_name, argv);
+    }
     // Pictures in a workbook are scaled for the screen. Without a window there is one all the same, at 100 %,
     // so that a workbook looks the same wherever it was made.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_FONT_DPI"))
         qputenv("QT_FONT_DPI", "96");
-    // Qt's own remarks, on a missing runtime folder for one, are none of the person's business.
-    QLoggingCategory::setFilterRules("default.warning=false");
-    // The words of the command line are the client's: Qt would take "--plugin" and others for its own.
-    int only_the_name = 1;
-    const QGuiApplication application(only_the_name, argv);
-    QCoreApplication::setApplicationName("fetchyard");
+    return std::make_unique<QGuiApplication>(only_the_name, argv);
+}
 
+void AddUiWord(CLI::App& app, CommandLine& line)
+{
+    CLI::App* ui = app.add_subcommand("ui", "show the download centre, a window");
+    ui->add_option("request", line.requests, "request files to run at once");
+    ui->add_option("--colours", line.ui.theme, "system, light or dark (default: as chosen last)")
+        ->check(CLI::IsMember({"system", "light", "dark"}));
+    ui->add_option("--language", line.ui.language, "system, en or zh (default: as chosen last)")
+        ->check(CLI::IsMember({"system", "en", "zh"}));
+}
+
+int RunUi(CommandLine& line)
+{
+    line.ui.host = line.run.host;
+    line.ui.requests = line.requests;
+    return UiCommand(line.ui);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
     CommandLine line;
     CLI::App app("Runs downloads and exports of a video-security station.");
     app.require_subcommand(1);
@@ -97,7 +129,10 @@ int main(int argc, char** argv)
     CLI::App* cipher = app.add_subcommand("cipher", "cipher a password from standard input for a request");
     CLI::App* share = app.add_subcommand("share-key", "copy the key of ciphered passwords, for a station");
     share->add_option("target", line.key_target, "file to write; another one is not replaced")->required();
+    AddUiWord(app, line);
     CLI11_PARSE(app, argc, argv);
+    const bool has_window = app.got_subcommand("ui");
+    const std::unique_ptr<QGuiApplication> application = MakeApplication(has_window, argv);
 
     std::string wrong = ReadSites(line.sites, line.run.host);
     if (wrong.empty())
@@ -114,6 +149,8 @@ int main(int argc, char** argv)
         return CipherCommand(line.run.host);
     if (share->parsed())
         return ShareKeyCommand(line.run.host, line.key_target);
+    if (has_window)
+        return RunUi(line);
     std::vector<RequestSource> requests;
     if (run->parsed() && !ReadRequests(line.requests, requests))
         return kBadInput;
