@@ -1,5 +1,6 @@
 #include "DemoCommand.h"
 #include "KeyCommands.h"
+#include "Platform/Terminal.h"
 #include "RunCommand.h"
 #include "Window/UiCommand.h"
 
@@ -132,6 +133,10 @@ int main(int argc, char** argv)
     AddUiWord(app, line);
     CLI11_PARSE(app, argc, argv);
     const bool has_window = app.got_subcommand("ui");
+    if (has_window && !HasDisplay()) {
+        std::cerr << "there is no display to show a window on\n";
+        return kSomethingFailed;
+    }
     const std::unique_ptr<QGuiApplication> application = MakeApplication(has_window, argv);
 
     std::string wrong = ReadSites(line.sites, line.run.host);

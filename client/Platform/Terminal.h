@@ -6,6 +6,8 @@ namespace FetchyardClient {
 bool IsTerminal();
 // Its width in characters, 80 if unknown.
 int TerminalWidth();
+// Whether a window can be shown: there is a display, or somebody chose a platform for Qt that needs none.
+bool HasDisplay();
 // Number of this process.
 long ProcessNumber();
 

@@ -19,6 +19,11 @@ int TerminalWidth()
     return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
+bool HasDisplay()
+{
+    return true;
+}
+
 long ProcessNumber()
 {
     return static_cast<long>(GetCurrentProcessId());
