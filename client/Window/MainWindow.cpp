@@ -65,7 +65,7 @@ MainWindow::MainWindow(TaskBoard& board, TaskModel& model, WindowSetup setup)
     if (board_.IsLoaded())
         OfferGoingOn();
     const QFontMetrics metrics(font());
-    resize(metrics.averageCharWidth() * 150, metrics.height() * 34);
+    resize(metrics.averageCharWidth() * 190, metrics.height() * 34);
     UpdateCounts();
     UpdateActions();
     table_->View().setFocus();

@@ -48,7 +48,7 @@ void TaskTable::SetWidths()
 {
     const QFontMetrics metrics(font());
     const int letter = metrics.averageCharWidth();
-    constexpr std::array<int, TaskModel::kColumns> letters = {28, 17, 17, 46, 20, 40};
+    constexpr std::array<int, TaskModel::kColumns> letters = {30, 16, 16, 54, 18, 30};
     for (int column = 0; column < TaskModel::kColumns; ++column)
         view_->setColumnWidth(column, letter * letters.at(static_cast<std::size_t>(column)));
     view_->verticalHeader()->setMinimumSectionSize(metrics.height());

@@ -2,7 +2,7 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
     <context>
-        <name>MainWindow</name>
+        <name>FetchyardClient::MainWindow</name>
         <message numerus="yes">
             <source>and %n more</source>
             <translation>
@@ -54,7 +54,7 @@
         </message>
     </context>
     <context>
-        <name>Notices</name>
+        <name>FetchyardClient::Notices</name>
         <message numerus="yes">
             <source>Fetchyard: %n task(s) run</source>
             <translation>

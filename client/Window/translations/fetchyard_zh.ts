@@ -53,17 +53,6 @@
         </message>
     </context>
     <context>
-        <name>Banner</name>
-        <message>
-            <source>Notice</source>
-            <translation>通知</translation>
-        </message>
-        <message>
-            <source>Put this notice away</source>
-            <translation>关闭此通知</translation>
-        </message>
-    </context>
-    <context>
         <name>ExportForm</name>
         <message>
             <source>videos need the numbers of their cameras</source>
@@ -97,6 +86,20 @@
             <source>too long: 200 bytes at most, a Chinese letter has 3</source>
             <translation>名称过长：最多 200 字节，一个汉字占 3 字节</translation>
         </message>
+    </context>
+    <context>
+        <name>FetchyardClient::Banner</name>
+        <message>
+            <source>Notice</source>
+            <translation>通知</translation>
+        </message>
+        <message>
+            <source>Put this notice away</source>
+            <translation>关闭此通知</translation>
+        </message>
+    </context>
+    <context>
+        <name>FetchyardClient::ExportForm</name>
         <message>
             <source>New export</source>
             <translation>新建导出</translation>
@@ -315,7 +318,7 @@
         </message>
     </context>
     <context>
-        <name>FailedFilesDialog</name>
+        <name>FetchyardClient::FailedFilesDialog</name>
         <message>
             <source>Failed files</source>
             <translation>失败的文件</translation>
@@ -338,7 +341,7 @@
         </message>
     </context>
     <context>
-        <name>MainWindow</name>
+        <name>FetchyardClient::MainWindow</name>
         <message>
             <source>Download centre</source>
             <translation>下载中心</translation>
@@ -658,7 +661,7 @@ Make a new export with %1, or drop request files on this window.</source>
         </message>
     </context>
     <context>
-        <name>Notices</name>
+        <name>FetchyardClient::Notices</name>
         <message>
             <source>Fetchyard: nothing runs</source>
             <translation>Fetchyard：没有任务在运行</translation>
@@ -689,7 +692,7 @@ Make a new export with %1, or drop request files on this window.</source>
         </message>
     </context>
     <context>
-        <name>TaskBoard</name>
+        <name>FetchyardClient::TaskBoard</name>
         <message>
             <source>%1 is on its way; stop it first</source>
             <translation>%1 正在进行，请先停止</translation>
@@ -700,7 +703,7 @@ Make a new export with %1, or drop request files on this window.</source>
         </message>
     </context>
     <context>
-        <name>TaskModel</name>
+        <name>FetchyardClient::TaskModel</name>
         <message>
             <source>Name</source>
             <translation>名称</translation>
@@ -727,7 +730,7 @@ Make a new export with %1, or drop request files on this window.</source>
         </message>
     </context>
     <context>
-        <name>TaskTable</name>
+        <name>FetchyardClient::TaskTable</name>
         <message>
             <source>Tasks</source>
             <translation>任务</translation>

@@ -2,7 +2,9 @@
 #include "WindowFixture.h"
 
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QFile>
+#include <QMimeData>
 #include <QTest>
 
 namespace SystemTest {

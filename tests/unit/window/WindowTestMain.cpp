@@ -1,12 +1,17 @@
 #include "Window/Theme.h"
 
 #include <gtest/gtest.h>
+#include <QAbstractItemModel>
 #include <QApplication>
+#include <QPersistentModelIndex>
 
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
+    // What spies keep of signals.
+    qRegisterMetaType<QList<QPersistentModelIndex>>();
+    qRegisterMetaType<QAbstractItemModel::LayoutChangeHint>();
     FetchyardClient::ApplyLanguage("en");
     return RUN_ALL_TESTS();
 }
