@@ -124,7 +124,7 @@ void MainWindow::MakeTaskActions()
                        tr("Take the selected tasks out of the list; files stay")),
             &QAction::triggered, this, [this] { board_.Remove(table_->Selected()); });
     connect(MakeAction("delete", tr("&Delete with files\u2026"), tr("Shift+Del"), Sign::Delete,
-                       tr("Delete the selected tasks and the folders of their exports")),
+                       tr("Delete the selected unfinished tasks and the folders of their exports")),
             &QAction::triggered, this, &MainWindow::DeleteSelected);
     connect(MakeAction("openFolder", tr("Open &folder"), tr("Ctrl+Return"), Sign::Folder,
                        tr("Open the folder of the selected tasks")),

@@ -110,17 +110,14 @@ void StartOneAgain(const TaskView& task, ActionOutcome& outcome)
 
 void DeleteOne(const TaskView& task, ActionOutcome& outcome)
 {
-    if (task.is_stored_only) {
-        if (FetchyardLogical::RemoveFromList(task.guid))
-            Refuse(task,
-                   QT_TRANSLATE_NOOP("Actions",
-                                     "comes of an earlier run: its entry was removed, its files stay"),
-                   outcome);
-    } else if (FetchyardLogical::DeleteTask(task.guid, FetchyardLogical::FolderFate::Remove)) {
+    if (!IsPossible(TaskAction::Delete, task))
+        Refuse(task,
+               QT_TRANSLATE_NOOP("Actions", "has ended, so what it made stays; remove it from the list"),
+               outcome);
+    else if (FetchyardLogical::DeleteTask(task.guid, FetchyardLogical::FolderFate::Remove))
         Count(task, outcome);
-    } else {
+    else
         Refuse(task, QT_TRANSLATE_NOOP("Actions", "can't be deleted"), outcome);
-    }
 }
 
 void RemoveOne(const TaskView& task, ActionOutcome& outcome)
@@ -159,7 +156,8 @@ bool IsPossible(TaskAction action, const TaskView& task)
                 return task.record_kind != RecordKind::None;
             return !IsBusy(task) && task.state != ZellTaskKit::Deleted;
         case TaskAction::Delete:
-            return task.state != ZellTaskKit::Deleted;
+            // What an ended one made is what was asked for.
+            return IsBusy(task) || task.is_interrupted;
         case TaskAction::Remove:
             return !IsBusy(task);
     }

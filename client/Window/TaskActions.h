@@ -23,8 +23,8 @@ bool IsPossible(TaskAction action, const FetchyardLogical::TaskView& task);
 // One that an earlier run left unfinished and that has a record to go on from.
 bool CanGoOn(const FetchyardLogical::TaskView& task);
 
-// Does it to each. Stop and Delete ask the task, which takes its time; Delete takes the folder of an export
-// along. StartAgain makes one of an earlier run anew from its record.
+// Does it to each. Stop and Delete ask the task, which takes its time; Delete takes the folder of an
+// unfinished export along. StartAgain makes one of an earlier run anew from its record.
 ActionOutcome Act(TaskAction action, const std::vector<std::string>& guids);
 
 // The folder of a task. Empty with the reason if there is none any more.

@@ -2,10 +2,27 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QProxyStyle>
 
 #include <algorithm>
 
 namespace FetchyardClient {
+
+namespace {
+
+// Room beside the texts of cells and titles.
+class RoomyCells final : public QProxyStyle
+{
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        const int own = QProxyStyle::pixelMetric(metric, option, widget);
+        const bool is_margin = metric == PM_FocusFrameHMargin || metric == PM_HeaderMargin;
+        return is_margin && widget != nullptr ? widget->fontMetrics().height() / 3 : own;
+    }
+};
+
+}  // namespace
 
 TaskTable::TaskTable(TaskModel& model, QWidget* parent)
     : QStackedWidget(parent), model_(model), view_(new QTableView(this)), words_(new QLabel(this))
@@ -23,6 +40,12 @@ TaskTable::TaskTable(TaskModel& model, QWidget* parent)
     view_->setTextElideMode(Qt::ElideRight);
     view_->setContextMenuPolicy(Qt::CustomContextMenu);
     view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // A widget does not own its style. The proxy stands before a style of its own, made anew with each
+    // window.
+    auto* roomy = new RoomyCells();
+    roomy->setParent(view_);
+    view_->setStyle(roomy);
+    view_->horizontalHeader()->setStyle(roomy);
     view_->verticalHeader()->hide();
     view_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_->horizontalHeader()->setHighlightSections(false);
@@ -48,7 +71,7 @@ void TaskTable::SetWidths()
 {
     const QFontMetrics metrics(font());
     const int letter = metrics.averageCharWidth();
-    constexpr std::array<int, TaskModel::kColumns> letters = {30, 16, 16, 54, 18, 30};
+    constexpr std::array<int, TaskModel::kColumns> letters = {30, 18, 18, 62, 20, 28};
     for (int column = 0; column < TaskModel::kColumns; ++column)
         view_->setColumnWidth(column, letter * letters.at(static_cast<std::size_t>(column)));
     view_->verticalHeader()->setMinimumSectionSize(metrics.height());

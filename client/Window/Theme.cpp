@@ -18,13 +18,13 @@ namespace {
 
 QPalette DarkPalette()
 {
-    const QColor ground(0x25, 0x27, 0x2b);
-    const QColor base(0x1c, 0x1e, 0x21);
+    const QColor ground(0x1f, 0x21, 0x24);
+    const QColor base(0x2a, 0x2c, 0x31);
     const QColor text(0xe6, 0xe8, 0xeb);
     const QColor faint(0x80, 0x86, 0x8e);
     QPalette palette(text, QColor(0x34, 0x37, 0x3c), QColor(0x4a, 0x4e, 0x55), QColor(0x12, 0x13, 0x15),
                      QColor(0x3a, 0x3d, 0x43), text, Qt::white, base, ground);
-    palette.setColor(QPalette::AlternateBase, QColor(0x22, 0x24, 0x28));
+    palette.setColor(QPalette::AlternateBase, QColor(0x2f, 0x32, 0x37));
     palette.setColor(QPalette::Highlight, QColor(0x2b, 0x57, 0x8f));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, QColor(0x7c, 0xb4, 0xff));

@@ -28,10 +28,6 @@
             <translation>已被删除</translation>
         </message>
         <message>
-            <source>comes of an earlier run: its entry was removed, its files stay</source>
-            <translation>来自先前的运行：条目已移除，文件保留</translation>
-        </message>
-        <message>
             <source>can't be deleted</source>
             <translation>无法删除</translation>
         </message>
@@ -50,6 +46,10 @@
         <message>
             <source>there is no report in its folder</source>
             <translation>其文件夹中没有报表</translation>
+        </message>
+        <message>
+            <source>has ended, so what it made stays; remove it from the list</source>
+            <translation>已经结束，其结果保留；请从列表移除</translation>
         </message>
     </context>
     <context>
@@ -443,10 +443,6 @@
             <translation>Shift+Del</translation>
         </message>
         <message>
-            <source>Delete the selected tasks and the folders of their exports</source>
-            <translation>删除所选任务及其导出文件夹</translation>
-        </message>
-        <message>
             <source>Open &amp;folder</source>
             <translation>打开文件夹(&amp;F)</translation>
         </message>
@@ -658,6 +654,10 @@ Make a new export with %1, or drop request files on this window.</source>
         <message>
             <source>Stopping…</source>
             <translation>正在停止…</translation>
+        </message>
+        <message>
+            <source>Delete the selected unfinished tasks and the folders of their exports</source>
+            <translation>删除所选未完成的任务及其导出文件夹</translation>
         </message>
     </context>
     <context>

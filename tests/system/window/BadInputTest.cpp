@@ -15,7 +15,8 @@ protected:
     QString Told(const QString& path)
     {
         board_->SubmitFile(path);
-        EXPECT_TRUE(WaitFor([&] { return IsShown("toldBanner"); }));
+        const QString name = path.section('/', -1);
+        EXPECT_TRUE(WaitFor([&] { return IsShown("toldBanner") && Words("toldBanner").startsWith(name); }));
         return Words("toldBanner");
     }
 
@@ -43,7 +44,7 @@ TEST_F(BadInput, RequestThatDoesNotFitItsSchemaIsToldByMember)
     const QString told =
         Told(File("bad.json", R"({"FileExportRequest":{"FileExportType":0,"RequestData":{"Typo":1}}})"));
     EXPECT_TRUE(told.startsWith("bad.json: /FileExportRequest/RequestData")) << told.toStdString();
-    EXPECT_TRUE(Told(File("none.json", "{")).startsWith("none.json: "));
+    EXPECT_TRUE(Told(File("none.json", "{")).startsWith("none.json: is not JSON"));
 }
 
 TEST_F(BadInput, FolderThatWasRemovedIsToldWhenItIsToBeOpened)

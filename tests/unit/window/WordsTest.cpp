@@ -115,7 +115,9 @@ TEST(TaskWords, ActionsArePossibleWhereTheyMakeSense)
     stored.record_kind = RecordKind::Export;
     EXPECT_TRUE(IsPossible(TaskAction::StartAgain, stored));
     EXPECT_FALSE(IsPossible(TaskAction::StartAgain, Row(ZellTaskKit::Deleted).task));
-    EXPECT_FALSE(IsPossible(TaskAction::Delete, Row(ZellTaskKit::Deleted).task));
+    EXPECT_TRUE(IsPossible(TaskAction::Delete, running));
+    EXPECT_FALSE(IsPossible(TaskAction::Delete, Row(ZellTaskKit::Finished).task))
+        << "it is what was asked for";
 }
 
 TEST(TaskWords, RemovedFolderIsToldByItsPath)
