@@ -269,6 +269,19 @@ class Bench:
             peer, _ = measure([*script, "list"])
             self.add("task-list", "tasks/s", STORED_TASKS, ours, peer, "Python's sqlite3, SELECT of all", memory)
 
+    def window(self):
+        """What the download centre costs: a line each, since there is no peer to run beside it."""
+        environment = {**os.environ, "QT_QPA_PLATFORM": "offscreen"}
+        with self.folder() as folder:
+            run_once([self.bin / "bench_engine", "fill", STORED_TASKS, folder / "tasks.db"])
+            filled, _ = measure([self.bin / "bench_window", "open", folder / "tasks.db"], env=environment)
+            print(f"window: {STORED_TASKS} stored tasks shown after {filled:.3f} s")
+            self.seed(folder)
+            with self.station(folder) as address:
+                busy = subprocess.run([self.bin / "bench_window", "busy", address, folder, "20"], env=environment,
+                                      check=True, stdout=subprocess.PIPE, text=True).stdout.split("\n")
+            print(f"window, five reports at a time: {busy[0]}; {busy[1]} % of a core")
+
     def pictures_fast(self):
         self.pictures(0)
 
@@ -281,7 +294,7 @@ BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx,
            "pages-50ms": Bench.pages_slow, "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
            "files-small": Bench.small_files, "stamp-lines": Bench.stamp_lines,
            "stamp-watermark": Bench.stamp_watermark, "tasks-memory": Bench.tasks_memory,
-           "tasks-disk": Bench.tasks_disk, "task-list": Bench.task_list}
+           "tasks-disk": Bench.tasks_disk, "task-list": Bench.task_list, "window": Bench.window}
 
 
 def print_row(row):

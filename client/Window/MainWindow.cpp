@@ -322,7 +322,10 @@ void MainWindow::UpdateCounts()
         const std::size_t count = order.Count(static_cast<RowState>(state));
         const QString words = StateText(static_cast<RowState>(state));
         const QString number = locale.toString(static_cast<qulonglong>(count));
-        states_->setItemText(state + 1, count == 0 ? words : words + " (" + number + ")");
+        const QString shown = count == 0 ? words : words + " (" + number + ")";
+        // Each change of a text makes the box measure all of them.
+        if (states_->itemText(state + 1) != shown)
+            states_->setItemText(state + 1, shown);
         if (count > 0)
             parts << tr("%1 %2", "number, state").arg(number, words);
     }
