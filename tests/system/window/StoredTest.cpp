@@ -13,13 +13,24 @@ class StoredTasks : public WindowFixture
 protected:
     QDir Data() const { return QDir(QString::fromStdString(Folder("data"))); }
 
-    // Keeps the store's files as a kill at this moment would leave them.
+    // Keeps the store's files as a kill at this moment would leave them: two looks that see the same saw one
+    // moment.
     void KeepStore()
     {
+        ASSERT_TRUE(WaitFor([this] {
+            kept_ = StoreFiles();
+            return kept_ == StoreFiles();
+        }));
+    }
+
+    std::map<QString, QByteArray> StoreFiles() const
+    {
+        std::map<QString, QByteArray> files;
         for (const QString& name : Data().entryList({"tasks.db*"}, QDir::Files)) {
             if (!name.endsWith(".lock"))
-                kept_[name] = Read(Data().filePath(name));
+                files[name] = Read(Data().filePath(name));
         }
+        return files;
     }
 
     void PutStoreBack()

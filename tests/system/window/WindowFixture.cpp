@@ -18,7 +18,11 @@ constexpr int kMostMilliseconds = 60000;
 
 }  // namespace
 
-WindowFixture::WindowFixture() = default;
+WindowFixture::WindowFixture()
+{
+    ApplyLanguage("en");
+    ApplyTheme(Theme::Light);
+}
 
 WindowFixture::~WindowFixture()
 {

@@ -1,6 +1,5 @@
 #include "Display.h"
 #include "Window/RequestDesk.h"
-#include "Window/Theme.h"
 
 #include <gtest/gtest.h>
 #include <QApplication>
@@ -39,8 +38,6 @@ int main(int argc, char** argv)
         const QApplication application(argc, argv);
         QApplication::setFont(QFont("DejaVu Sans", 10));
         qRegisterMetaType<FetchyardClient::Submission>("FetchyardClient::Submission");
-        FetchyardClient::ApplyLanguage("en");
-        FetchyardClient::ApplyTheme(FetchyardClient::Theme::Light);
         code = RUN_ALL_TESTS();
     }
     return code;
