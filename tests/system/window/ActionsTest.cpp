@@ -154,6 +154,7 @@ TEST_F(Window, EverythingIsReachedByTabAndHasANameForScreenReaders)
     Show();
     Run(Choice("One"));
     ASSERT_TRUE(WaitForState("One", RowState::Finished));
+    ASSERT_TRUE(WaitFor([&] { return window_->Table().View().isVisible(); }));
     window_->Table().View().setFocus();
     QSet<QString> reached;
     for (int i = 0; i < 40; ++i) {

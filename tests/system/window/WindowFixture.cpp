@@ -129,6 +129,7 @@ bool WindowFixture::WaitForState(const std::string& name, RowState state)
 void WindowFixture::Click(const std::string& name, Qt::KeyboardModifiers keys)
 {
     QTableView& view = window_->Table().View();
+    ASSERT_TRUE(WaitFor([&] { return view.isVisible(); }));
     const QModelIndex index = model_->index(Line(name), TaskModel::kName);
     ASSERT_TRUE(index.isValid()) << name;
     view.scrollTo(index);
