@@ -12,14 +12,11 @@ namespace FetchyardClient {
 
 namespace {
 
-bool UseSettings(const HostOptions& options)
+bool UseSettingsOrSay(const HostOptions& options)
 {
-    ZellClientHost::ClientSettings settings;
     std::string reason;
-    if (MakeSettings(options, settings, reason)) {
-        ZellClientHost::SetClientSettings(settings);
+    if (UseSettings(options, reason))
         return true;
-    }
     std::fprintf(stderr, "%s\n", reason.c_str());
     return false;
 }
@@ -28,7 +25,7 @@ bool UseSettings(const HostOptions& options)
 
 int CipherCommand(const HostOptions& options)
 {
-    if (!UseSettings(options))
+    if (!UseSettingsOrSay(options))
         return kSomethingFailed;
     std::string password;
     std::getline(std::cin, password);
@@ -43,7 +40,7 @@ int CipherCommand(const HostOptions& options)
 
 int ShareKeyCommand(const HostOptions& options, const std::string& target)
 {
-    if (!UseSettings(options))
+    if (!UseSettingsOrSay(options))
         return kSomethingFailed;
     std::string reason;
     if (ZellTaskKit::ShareSensitiveKey(target, reason))

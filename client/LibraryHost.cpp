@@ -1,5 +1,6 @@
 #include "LibraryHost.h"
 
+#include "FetchyardLogicalHost/EngineHost.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Log.h"
 #include "ZellBase/Util.h"
@@ -11,6 +12,7 @@
 #include <QDir>
 #include <QLibrary>
 
+#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
@@ -22,6 +24,7 @@ namespace {
 
 // Where the archive step and the PDF tool put what is not finished yet.
 constexpr char kScratchFolder[] = "Fetchyard/";
+constexpr char kTaskStore[] = "tasks.db";
 
 std::string WithSeparator(std::string folder)
 {
@@ -104,6 +107,20 @@ bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& se
     return MakeFolder(settings.save_path, reason);
 }
 
+bool UseSettings(const HostOptions& options, std::string& reason)
+{
+    ZellClientHost::ClientSettings settings;
+    if (!MakeSettings(options, settings, reason))
+        return false;
+    ZellClientHost::SetClientSettings(settings);
+    return true;
+}
+
+std::string TaskStoreFile()
+{
+    return ZellClientHost::GetClientSettings().data_path + kTaskStore;
+}
+
 std::string LogFile(const HostOptions& options)
 {
     return options.log_file.empty() ? ZellClientHost::GetClientSettings().data_path + "fetchyard.log"
@@ -128,12 +145,11 @@ bool LibraryHost::LoadPlugins(const HostOptions& options, std::string& reason)
 
 bool LibraryHost::Start(const HostOptions& options, std::string& reason)
 {
-    ZellClientHost::ClientSettings settings;
-    if (!MakeSettings(options, settings, reason))
+    if (!UseSettings(options, reason))
         return false;
+    const ZellClientHost::ClientSettings settings = ZellClientHost::GetClientSettings();
     if (!scratch_.Open(settings.public_data_path + kScratchFolder, reason))
         return false;
-    ZellClientHost::SetClientSettings(settings);
     ZellOfficeKit::SetWorkFolder(settings.data_path + "Office/");
     const std::string log = LogFile(options);
     const int level = options.verbose ? Zell::Base::details::kLogInfo : Zell::Base::details::kLogError;
@@ -143,6 +159,7 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
     }
     if (!LoadPlugins(options, reason))
         return false;
+    keeps_tasks_ = FetchyardLogical::OpenTaskStore(TaskStoreFile(), store_message_);
     CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
     if (!manager.Init()) {
         reason = "the download engine can't be started";
@@ -152,6 +169,12 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
     return started_;
 }
 
+void LibraryHost::TellStore() const
+{
+    if (!store_message_.empty())
+        std::fprintf(stderr, "%s\n", store_message_.c_str());
+}
+
 LibraryHost::~LibraryHost()
 {
     if (started_) {
@@ -159,6 +182,8 @@ LibraryHost::~LibraryHost()
         manager.SyncUnregisterObserver(&watch_);
         manager.Unit();
     }
+    if (keeps_tasks_)
+        FetchyardLogical::CloseTaskStore();
     // No task is left that could call into one.
     for (const std::string& id : plugins_)
         ZellClientHost::StopPlugin(id);

@@ -95,24 +95,22 @@ void ProgressView::Show(const std::vector<std::string>& guids, Clock::time_point
     if (redraw_)
         EraseLines();
     const auto width = static_cast<std::size_t>(std::max(20, TerminalWidth() - 1));
-    const std::vector<TaskView> tasks = FetchyardLogical::ListTasks();
     for (const std::string& guid : guids) {
-        const auto task =
-            std::find_if(tasks.begin(), tasks.end(), [&](const TaskView& t) { return t.guid == guid; });
-        if (task == tasks.end())
+        TaskView task;
+        if (!FetchyardLogical::FindTask(guid, task))
             continue;
         Shown& shown = shown_[guid];
-        const bool worth_a_line = redraw_ || IsWorthALine(*task, shown, now);
+        const bool worth_a_line = redraw_ || IsWorthALine(task, shown, now);
         if (worth_a_line) {
             std::printf("%s\n",
-                        FitLine(LineOf(*task, shown, now), redraw_ ? width : std::string::npos).c_str());
+                        FitLine(LineOf(task, shown, now), redraw_ ? width : std::string::npos).c_str());
             shown.printed = now;
-            shown.pages = task->pages;
+            shown.pages = task.pages;
             lines_on_screen_ += redraw_ ? 1 : 0;
         }
         shown.known = true;
-        shown.state = task->state;
-        shown.was_running = task->is_running;
+        shown.state = task.state;
+        shown.was_running = task.is_running;
     }
     std::fflush(stdout);
 }

@@ -3,41 +3,26 @@
 #include "ExpectedFiles.h"
 #include "FetchyardLogicalHost/EngineHost.h"
 #include "Job.h"
-#include "OpenCheck.h"
 #include "Platform/Terminal.h"
 #include "ProgressView.h"
 #include "RequestCheck.h"
+#include "TaskEnds.h"
 #include "Trouble.h"
-#include "Words.h"
+#include "UnfinishedTasks.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
-#include <algorithm>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <optional>
 
 namespace FetchyardClient {
 
+using FetchyardLogical::FolderFate;
 using FetchyardLogical::TaskView;
 using nlohmann::json;
 
 namespace {
-
-constexpr std::chrono::milliseconds kTick(200);
-
-volatile std::sig_atomic_t interrupts = 0;
-
-void OnInterrupt(int /*signal*/)
-{
-    interrupts = interrupts + 1;
-    if (interrupts > 1)
-        std::_Exit(130);
-}
 
 bool IsAccepted(const RequestSource& source, Job& job)
 {
@@ -46,27 +31,19 @@ bool IsAccepted(const RequestSource& source, Job& job)
     return violations.empty();
 }
 
-void EndAll(const std::vector<std::string>& guids, bool discard, ProgressView& view)
+std::vector<std::string> GuidsOf(const std::vector<Job>& jobs)
 {
-    view.Say(std::string(discard ? "deleting" : "stopping") + "; interrupt once more to leave at once");
-    for (const std::string& guid : guids)
-        discard ? FetchyardLogical::DeleteTask(guid) : FetchyardLogical::StopTask(guid);
+    std::vector<std::string> guids;
+    for (const Job& job : jobs)
+        guids.insert(guids.end(), job.guids.begin(), job.guids.end());
+    return guids;
 }
 
-void WatchUntilIdle(const std::vector<std::string>& guids, bool discard, ProgressView& view, Trouble& trouble)
+void EndAll(const std::vector<Job>& jobs, bool discard, ProgressView& view)
 {
-    bool ending = false;
-    bool idle = false;
-    while (!idle) {
-        idle = FetchyardLogical::WaitUntilIdle(kTick);
-        for (const std::string& words : trouble.Take())
-            view.Say("trouble: " + words);
-        view.Show(guids, ProgressView::Clock::now());
-        if (interrupts > 0 && !ending) {
-            ending = true;
-            EndAll(guids, discard, view);
-        }
-    }
+    view.Say(std::string(discard ? "deleting" : "stopping") + "; interrupt once more to leave at once");
+    for (const std::string& guid : GuidsOf(jobs))
+        discard ? FetchyardLogical::DeleteTask(guid, FolderFate::Remove) : FetchyardLogical::StopTask(guid);
 }
 
 // What the task was to leave: planned with its record, or read from the report's request.
@@ -79,74 +56,18 @@ std::vector<ExpectedFile> FilesOf(const Job& job, const TaskView& task)
     return ExpectedFiles(job.request, task.name, task.folder);
 }
 
-bool TellFiles(const Job& job, const TaskView& task)
+bool TellEndOf(const Job& job, const std::string& log_file)
 {
-    bool all_there = true;
-    std::size_t beside = 0;
-    unsigned long long bytes_beside = 0;
-    for (const ExpectedFile& file : FilesOf(job, task)) {
-        const std::string wrong = WhyItDoesNotOpen(file);
-        const auto size =
-            static_cast<unsigned long long>(QFileInfo(QString::fromStdString(file.path)).size());
-        if (!wrong.empty()) {
-            std::printf("  %s %s\n", file.path.c_str(), wrong.c_str());
-            all_there = false;
-        } else if (file.is_report) {
-            std::printf("  wrote %s (%s)\n", file.path.c_str(), SizeWords(size).c_str());
-        } else {
-            ++beside;
-            bytes_beside += size;
-        }
+    // An interrupt came before its turn, or the library refused it.
+    if (job.guids.empty()) {
+        std::printf("%s: not begun\n", job.source.label.c_str());
+        return false;
     }
-    if (beside > 0)
-        std::printf("  and %zu files of the request below %s (%s)\n", beside, task.folder.c_str(),
-                    SizeWords(bytes_beside).c_str());
-    return all_there;
-}
-
-void TellFailedFiles(const TaskView& task)
-{
-    for (const auto& [name, reason] : task.failed_files)
-        std::printf("  %s failed: %s\n", name.c_str(), reason.c_str());
-}
-
-void TellRemainingLogins(const TaskView& task)
-{
-    const std::string words = RemainingLoginWords(task.remaining_login_count, task.remaining_login_type);
-    if (!words.empty())
-        std::printf("  %s\n", words.c_str());
-}
-
-// A deleted export leaves its folder to whoever runs the engine; its task does not look at it any more.
-void RemoveDeleted(const std::vector<TaskView>& tasks)
-{
-    for (const TaskView& task : tasks) {
-        if (task.state == ZellTaskKit::Deleted && !task.is_running && !task.folder.empty())
-            QDir(QString::fromStdString(task.folder)).removeRecursively();
-    }
-}
-
-bool TellEnd(const Job& job, const std::vector<TaskView>& tasks, const std::string& log_file)
-{
-    bool all_well = !job.guids.empty();
+    bool all_well = true;
     for (const std::string& guid : job.guids) {
-        const auto task =
-            std::find_if(tasks.begin(), tasks.end(), [&](const TaskView& t) { return t.guid == guid; });
-        if (task == tasks.end())
-            return false;
-        std::printf("%s: %s", task->name.c_str(), StateWords(task->state).c_str());
-        if (!IsSuccess(task->state)) {
-            const std::string& text = task->error_text;
-            std::printf(": %s\n", text.empty() ? (log_file + " tells why").c_str() : text.c_str());
-            if (task->state == ZellTaskKit::Failed || task->state == ZellTaskKit::UploadFailed) {
-                TellFailedFiles(*task);
-                TellRemainingLogins(*task);
-            }
-            all_well = false;
-            continue;
-        }
-        std::printf("\n");
-        all_well = TellFiles(job, *task) && all_well;
+        TaskView task;
+        all_well =
+            FetchyardLogical::FindTask(guid, task) && TellEnd(task, FilesOf(job, task), log_file) && all_well;
     }
     return all_well;
 }
@@ -186,6 +107,22 @@ bool HandOverOrTell(Job& job)
     return false;
 }
 
+// Watches them to their ends, too.
+bool HandOverAll(const RunOptions& options, std::vector<Job>& jobs, ProgressView& view, Trouble& trouble)
+{
+    bool all_well = true;
+    for (std::vector<Job*>& round : Rounds(jobs)) {
+        for (Job* job : round) {
+            if (IsInterrupted())
+                break;
+            all_well = HandOverOrTell(*job) && all_well;
+        }
+        WatchUntilIdle(
+            GuidsOf(jobs), [&] { EndAll(jobs, options.discard_at_interrupt, view); }, view, trouble);
+    }
+    return all_well;
+}
+
 }  // namespace
 
 bool ReadRequests(const std::vector<std::string>& paths, std::vector<RequestSource>& requests)
@@ -218,24 +155,16 @@ int RunRequests(const RunOptions& options, const std::vector<RequestSource>& req
     }
     if (!PrepareJobs(options, jobs))
         return kBadInput;
-    std::signal(SIGINT, OnInterrupt);
+    host.TellStore();
+    TellEarlierTasks(options.host);
+    CatchInterrupts();
     Trouble trouble;
     ProgressView view(IsTerminal());
-    std::vector<std::string> guids;
-    bool all_well = true;
-    for (std::vector<Job*>& round : Rounds(jobs)) {
-        for (Job* job : round) {
-            if (interrupts > 0)
-                break;
-            all_well = HandOverOrTell(*job) && all_well;
-            guids.insert(guids.end(), job->guids.begin(), job->guids.end());
-        }
-        WatchUntilIdle(guids, options.discard_at_interrupt, view, trouble);
-    }
-    const std::vector<TaskView> tasks = FetchyardLogical::ListTasks();
-    RemoveDeleted(tasks);
+    bool all_well = HandOverAll(options, jobs, view, trouble);
     for (const Job& job : jobs)
-        all_well = TellEnd(job, tasks, LogFile(options.host)) && all_well;
+        all_well = TellEndOf(job, LogFile(options.host)) && all_well;
+    if (IsInterrupted() && host.KeepsTasks())
+        TellHowToGoOn(options.host, GuidsOf(jobs));
     return all_well ? kAllWell : kSomethingFailed;
 }
 

@@ -42,11 +42,14 @@ bool IsSuccess(DownloadState state)
     return state == ZellTaskKit::Finished || state == ZellTaskKit::UploadFinished;
 }
 
-bool IsEnd(DownloadState state)
+bool IsFailure(DownloadState state)
 {
-    return IsSuccess(state) || (state >= ZellTaskKit::Failed && state <= ZellTaskKit::Stopped) ||
-           (state >= ZellTaskKit::UploadFailed && state <= ZellTaskKit::UploadStopped) ||
-           state == ZellTaskKit::Deleted;
+    return state == ZellTaskKit::Failed || state == ZellTaskKit::UploadFailed;
+}
+
+bool IsStopped(DownloadState state)
+{
+    return state == ZellTaskKit::Stopped || state == ZellTaskKit::UploadStopped;
 }
 
 std::string GroupedNumber(unsigned long long number)

@@ -12,8 +12,10 @@ namespace FetchyardClient {
 std::string StateWords(ZellTaskKit::DownloadState state);
 // 4 or 10: all done.
 bool IsSuccess(ZellTaskKit::DownloadState state);
-// 4, 5, 6, 10, 11, 12 or 200.
-bool IsEnd(ZellTaskKit::DownloadState state);
+// 5 or 11: given up.
+bool IsFailure(ZellTaskKit::DownloadState state);
+// 6 or 12: ended because it was asked to.
+bool IsStopped(ZellTaskKit::DownloadState state);
 // "1,234,567"
 std::string GroupedNumber(unsigned long long number);
 // Bytes in binary units, as "12.3 MiB".

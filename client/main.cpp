@@ -1,7 +1,9 @@
 #include "DemoCommand.h"
 #include "KeyCommands.h"
 #include "Platform/Terminal.h"
+#include "ResumeCommand.h"
 #include "RunCommand.h"
+#include "TasksCommand.h"
 #include "Window/UiCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -50,6 +52,10 @@ struct CommandLine
     std::string out_folder = "fetchyard-demo";
     std::string key_target;
     UiOptions ui;
+    std::vector<std::string> tasks;
+    bool all_tasks = false;
+    bool finished_tasks = false;
+    bool as_json = false;
 };
 
 void AddHostOptions(CLI::App& app, CommandLine& line)
@@ -108,6 +114,46 @@ int RunUi(CommandLine& line)
     return UiCommand(line.ui);
 }
 
+// The words about tasks that are kept.
+struct TaskWords
+{
+    CLI::App* tasks = nullptr;
+    CLI::App* resume = nullptr;
+    CLI::App* remove = nullptr;
+
+    bool AreParsed() const { return tasks->parsed() || resume->parsed() || remove->parsed(); }
+};
+
+TaskWords AddTaskWords(CLI::App& app, CommandLine& line)
+{
+    TaskWords words;
+    words.tasks = app.add_subcommand("tasks", "list the tasks of all runs, with their states");
+    words.tasks->add_flag("--json", line.as_json, "for a program to read");
+    words.resume = app.add_subcommand(
+        "resume", "bring unfinished tasks back from their records and wait for their ends");
+    words.resume->add_option("task", line.tasks, "numbers, as tasks lists them, or guids");
+    words.resume->add_flag("--all", line.all_tasks, "all that were interrupted or stopped");
+    words.remove = app.add_subcommand("remove", "take tasks off the list; their files stay");
+    words.remove->add_option("task", line.tasks, "numbers, as tasks lists them, or guids");
+    words.remove->add_flag("--finished", line.finished_tasks, "all that finished or were deleted");
+    return words;
+}
+
+int RunTaskWords(const TaskWords& words, const CommandLine& line)
+{
+    const HostOptions& host = line.run.host;
+    if (words.tasks->parsed())
+        return TasksCommand(host, line.as_json);
+    const bool is_resume = words.resume->parsed();
+    if (line.tasks.empty() && !line.all_tasks && !line.finished_tasks) {
+        std::cerr << "which tasks? " << (is_resume ? "--all, or" : "--finished, or")
+                  << " numbers as fetchyard tasks lists them\n";
+        return kBadInput;
+    }
+    return is_resume ? ResumeTasks(host, line.tasks, line.all_tasks)
+                     : RemoveCommand(host, line.tasks, line.finished_tasks);
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -131,6 +177,7 @@ int main(int argc, char** argv)
     CLI::App* share = app.add_subcommand("share-key", "copy the key of ciphered passwords, for a station");
     share->add_option("target", line.key_target, "file to write; another one is not replaced")->required();
     AddUiWord(app, line);
+    const TaskWords task_words = AddTaskWords(app, line);
     CLI11_PARSE(app, argc, argv);
     const bool has_window = app.got_subcommand("ui");
     if (has_window && !HasDisplay()) {
@@ -156,6 +203,8 @@ int main(int argc, char** argv)
         return ShareKeyCommand(line.run.host, line.key_target);
     if (has_window)
         return RunUi(line);
+    if (task_words.AreParsed())
+        return RunTaskWords(task_words, line);
     std::vector<RequestSource> requests;
     if (run->parsed() && !ReadRequests(line.requests, requests))
         return kBadInput;

@@ -33,4 +33,15 @@ long ProcessNumber()
     return getpid();
 }
 
+std::string ShellWord(const std::string& word)
+{
+    constexpr char kPlain[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:=,+@%";
+    if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos)
+        return word;
+    std::string quoted = "'";
+    for (const char letter : word)
+        quoted += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
+    return quoted + "'";
+}
+
 }  // namespace FetchyardClient

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace FetchyardClient {
 
 // Whether standard output is a terminal that redraws lines by control sequences.
@@ -10,5 +12,7 @@ int TerminalWidth();
 bool HasDisplay();
 // Number of this process.
 long ProcessNumber();
+// A word of a command as this platform's command line reads it back, in quotes where it needs them.
+std::string ShellWord(const std::string& word);
 
 }  // namespace FetchyardClient

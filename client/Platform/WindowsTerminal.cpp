@@ -29,4 +29,14 @@ long ProcessNumber()
     return static_cast<long>(GetCurrentProcessId());
 }
 
+// A backslash before the closing quote would be taken for its escape. A quote itself stands in no path.
+std::string ShellWord(const std::string& word)
+{
+    if (!word.empty() && word.find_first_of(" \t&()^;,=") == std::string::npos)
+        return word;
+    const std::size_t last = word.find_last_not_of('\\');
+    const std::size_t backslashes = last == std::string::npos ? word.size() : word.size() - last - 1;
+    return "\"" + word + std::string(backslashes, '\\') + "\"";
+}
+
 }  // namespace FetchyardClient

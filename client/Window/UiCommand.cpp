@@ -147,20 +147,14 @@ int RunWindow(const UiOptions& options, const std::string& store_words)
 
 int UiCommand(const UiOptions& options)
 {
-    ZellClientHost::ClientSettings settings;
     std::string reason;
-    std::string store_words;
     LibraryHost host;
-    const bool started =
-        MakeSettings(options.host, settings, reason) &&
-        (FetchyardLogical::OpenTaskStore(settings.data_path + "tasks.db", store_words), true) &&
-        host.Start(options.host, reason);
-    if (!started) {
+    if (!host.Start(options.host, reason)) {
         std::fprintf(stderr, "%s\n", reason.c_str());
         QMessageBox::critical(nullptr, "Fetchyard", QString::fromStdString(reason));
         return kSomethingFailed;
     }
-    return RunWindow(options, store_words);
+    return RunWindow(options, host.StoreMessage());
 }
 
 }  // namespace FetchyardClient
