@@ -78,10 +78,8 @@ void AddListLosses(RecordReader& record, std::vector<std::string>& losses)
 {
     const int pictures = record.Missing(kPictures);
     if (pictures > 0)
-        losses.push_back(
-            Counted(pictures, "picture of its list is", "pictures of its list are") +
-            " fetched without a name: " + (pictures == 1 ? "it takes" : "one after the other takes") +
-            " the name \".jpg\" or what the folder leaves free");
+        losses.push_back(Counted(pictures, "picture of its list comes", "pictures of its list come") +
+                         " back without a name and can't be written: it ends as failed for that");
     const int videos = record.Missing(kVideos);
     if (videos > 0)
         losses.push_back(Counted(videos, "video comes", "videos come") +

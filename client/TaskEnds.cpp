@@ -54,7 +54,7 @@ bool TellFiles(const TaskView& task, const std::vector<ExpectedFile>& files)
 void TellFailedFiles(const TaskView& task)
 {
     for (const auto& [name, reason] : task.failed_files)
-        std::printf("  %s failed: %s\n", name.c_str(), reason.c_str());
+        std::printf("  %s failed: %s\n", name.empty() ? "what has no name" : name.c_str(), reason.c_str());
 }
 
 void TellRemainingLogins(const TaskView& task)
