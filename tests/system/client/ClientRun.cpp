@@ -43,11 +43,11 @@ void ClientRun::SetEnvironment(const QString& name, const QString& value)
 void ClientRun::Start(const QStringList& words)
 {
     QStringList all = in_front_;
-    all << CLIENT_PROGRAM << "--data"
+    all << QString::fromStdString(program_) << "--data"
         << (data_.empty() ? folder_.filePath("data") : QString::fromStdString(data_));
     if (!station_.empty())
         all << "--station" << QString::fromStdString(station_);
-    all << "--save" << folder_.filePath("out") << plugins_ << words << options_;
+    all << "--save" << folder_.filePath(save_) << plugins_ << words << options_;
     output_.clear();
     process_.start(all.front(), all.mid(1));
     ASSERT_TRUE(process_.waitForStarted()) << all.front().toStdString();
@@ -111,6 +111,13 @@ void ClientRun::Interrupt()
 
 ClientRun::Result ClientRun::Finish()
 {
+    Result result = FinishOrDie();
+    EXPECT_FALSE(result.crashed) << result.output;
+    return result;
+}
+
+ClientRun::Result ClientRun::FinishOrDie()
+{
     Result result;
     if (process_.state() != QProcess::NotRunning && !process_.waitForFinished(kLongest))
         process_.kill();
@@ -118,7 +125,6 @@ ClientRun::Result ClientRun::Finish()
     result.output = output_;
     result.crashed = process_.exitStatus() == QProcess::CrashExit;
     result.exit_code = process_.exitCode();
-    EXPECT_FALSE(result.crashed) << result.output;
     return result;
 }
 

@@ -26,9 +26,14 @@ public:
 
     // Arguments of the whole client, such as --station, for every run from now on.
     void UseStation(const std::string& address) { station_ = address; }
+    // Another program than the client itself.
+    void UseProgram(const std::string& program) { program_ = program; }
     // Another data folder than its own.
     void UseData(const std::string& folder) { data_ = folder; }
+    // Another folder for exports that name none, below the one of the run.
+    void UseSave(const QString& name) { save_ = name; }
     void UseOption(const QString& word) { options_ << word; }
+    void DropOptions() { options_.clear(); }
     void UsePlugin(const std::string& id, const std::string& module);
     void SetEnvironment(const QString& name, const QString& value);
     void PutInFront(const QStringList& words) { in_front_ = words; }
@@ -40,10 +45,15 @@ public:
     Result RunTexts(const std::vector<std::string>& texts);
     // Starts the same without waiting; Finish waits for the end.
     void StartRequests(const std::vector<nlohmann::json>& requests);
+    void Start(const QStringList& words);
     // Waits until the output matches the regular expression somewhere; false if the client ends before.
     bool WaitForOutput(const std::string& pattern);
     void Interrupt();
+    // As a crash does.
+    void Kill() { process_.kill(); }
     Result Finish();
+    // The same of a client that is allowed to be killed.
+    Result FinishOrDie();
 
     // Folder for exports, with its final "/".
     std::string ExportFolder() const;
@@ -51,14 +61,15 @@ public:
 
 private:
     QStringList WriteRequests(const std::vector<std::string>& texts);
-    void Start(const QStringList& words);
 
     QTemporaryDir folder_;
     QProcess process_;
     QStringList in_front_;
     QStringList plugins_;
     QStringList options_;  // of the command
+    std::string program_ = CLIENT_PROGRAM;
     std::string data_;
+    QString save_ = "out";
     std::string station_;
     std::string output_;
 };
