@@ -41,8 +41,9 @@ constexpr std::array kTransitions = {
     Transition{Uploading, Finished},
     Transition{Uploading, Failed},
     Transition{Uploading, TranscodingBegin},
-    // Transcoding or overlay work. A failure may leave its end unreported.
+    // Transcoding or overlay work. A failure and a stop may leave its end unreported.
     Transition{TranscodingBegin, TranscodingEnd},
+    Transition{TranscodingBegin, Stopped},
     Transition{TranscodingBegin, Failed},
     Transition{TranscodingBegin, UploadFailed},
     Transition{TranscodingEnd, TranscodingBegin},

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <utility>
+#include <vector>
 
 using namespace ZellTaskKit;
 
@@ -49,4 +50,19 @@ TEST(TaskStates, StartAndEndStatesAreThoseOfTheContract)
     }
     EXPECT_EQ(starts, (std::set<int>{1, 7}));
     EXPECT_EQ(ends, (std::set<int>{4, 5, 6, 10, 11, 12, 200}));
+}
+
+TEST(TaskStates, EveryRunOfATranscodingIsKnown)
+{
+    const std::vector<std::vector<DownloadState>> runs = {
+        {Unstarted, Failed},
+        {Unstarted, Downloading, Failed},
+        {Unstarted, Downloading, TranscodingBegin, Failed},
+        {Unstarted, Downloading, TranscodingBegin, Stopped},
+        {Unstarted, Downloading, TranscodingBegin, TranscodingEnd, Finished}};
+    for (const std::vector<DownloadState>& run : runs) {
+        for (std::size_t i = 1; i < run.size(); ++i)
+            EXPECT_TRUE(FetchyardLogical::details::CanFollow(run[i - 1], run[i]))
+                << run[i - 1] << " " << run[i];
+    }
 }
