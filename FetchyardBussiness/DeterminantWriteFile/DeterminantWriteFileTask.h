@@ -146,7 +146,7 @@ private:
     void FetchDockStationFile(const Run& run, int file_id, const std::pair<int, std::string>& file);
     bool FetchVideos(DeterminantDownloadParam& param, bool is_evidence);
     void* ResolveVideoPlugin();  // the plug-in's start function; null if one of its functions is missing
-    bool FetchVideo(void* start, VideoDownloadEntry& entry, ErrorCode& error);
+    bool FetchVideo(void* start, VideoDownloadEntry& entry, ErrorCode& error, bool is_continue);
     void ReportFailedVideo(const VideoTaskParam& video, const std::string& response, ErrorCode& error);
     void DeleteVideoFiles(const VideoTaskParam& video);
     bool PlaceStamped(const VideoTaskParam& video, const std::string& source, const std::string& stamped);

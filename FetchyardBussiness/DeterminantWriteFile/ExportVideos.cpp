@@ -118,7 +118,8 @@ bool CDeterminantWriteFileTask::DownloadVideoFile(ErrorCode& error, std::vector<
             static_cast<int>(videos.size()));
     for (std::size_t index = 0; index < videos.size() && !IsStopped() && !IsDeleted(); ++index) {
         // The phase counts as running behind a failure too.
-        if (!videos[index].is_has_download && !FetchVideo(start, videos[index], error) && !is_continue)
+        if (!videos[index].is_has_download && !FetchVideo(start, videos[index], error, is_continue) &&
+            !is_continue)
             return false;
     }
     b_downloading_video_.store(false, std::memory_order_relaxed);
@@ -127,7 +128,8 @@ bool CDeterminantWriteFileTask::DownloadVideoFile(ErrorCode& error, std::vector<
 }
 
 // False if the video has failed.
-bool CDeterminantWriteFileTask::FetchVideo(void* start, VideoDownloadEntry& entry, ErrorCode& error)
+bool CDeterminantWriteFileTask::FetchVideo(void* start, VideoDownloadEntry& entry, ErrorCode& error,
+                                           bool is_continue)
 {
     VideoTaskParam& video = entry.video;
     const std::string request = CreateVideoDownloadParm(video);
@@ -137,6 +139,8 @@ bool CDeterminantWriteFileTask::FetchVideo(void* start, VideoDownloadEntry& entr
     std::string response;
     if (!CallStart(reinterpret_cast<StartFunction>(start), request, response)) {
         ReportFailedVideo(video, response, error);
+        if (!is_continue)
+            LogError("Call video plugin push video func failed. is_continue = %d", is_continue);
         return false;
     }
     if (!VideoInfoOverlayStart(video)) {

@@ -186,6 +186,7 @@ SetErrorParamState true
 SetErrorParam ArrayList[1]/ErrorReason=text of 24/4; ArrayList[1]/FileName=one
 SetDownloadTaskParam
 RemoveDownloader guid-1
+log5 Call video plugin push video func failed. is_continue = 0
 log5 CDeterminantWriteFileTask::Exec()  video download filed
 SetLastError (24,4)
 SetDownloadTaskParam
