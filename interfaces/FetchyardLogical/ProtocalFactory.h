@@ -24,9 +24,10 @@ class FETCHYARDLOGICAL_API CProtocalFactory : public Zell::Base::CSingleton<CPro
 {
 public:
     // Reads a transcoding request, JSON as its schema in the documentation says. file_names are the names of
-    // the results for display. False, with the out arguments as they were, if the text is no such request: no
-    // JSON, a member of a wrong kind, a file without source or target, one that is its own target, or two of
-    // one target.
+    // the results for display; task_name is the first of them where the request has none. A request without
+    // files gives empty lists. False, with the out arguments as they were and the reason in the log, for a
+    // text that is no such request and for one that would lose a file: by writing it over itself, writing
+    // another over it, or deleting it before its turn.
     bool ParseTranscodingRequest(std::vector<std::string>& file_names, bool& show_tip, std::string& task_name,
                                  std::vector<TrasncodingFile>& files, const std::string& request);
 
