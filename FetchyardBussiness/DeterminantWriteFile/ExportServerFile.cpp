@@ -1,6 +1,7 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/DeterminantWriteFile/PdfWork.h"
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/EvidenceExport.h"
 #include "FetchyardBussiness/FileDownload/FileExportTask.h"
 #include "FetchyardBussiness/Log.h"
 #include "ZellBase/FileSystem.h"
@@ -111,7 +112,7 @@ bool CDeterminantWriteFileTask::FetchServerFile(DeterminantDownloadParam& param,
             param.GetVal_str_file_path().c_str());
     Zell::Base::Error::SetLastError(OwnError(kErrorExportData));
     RecordFailure(settings, file_name, OwnError(kErrorExportData));
-    NotifyTaskState(param.str_evidence_param.empty() ? ZellTaskKit::Failed : ZellTaskKit::UploadFailed);
+    NotifyTaskState(StateOfExport(!param.str_evidence_param.empty(), ZellTaskKit::Failed));
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/EvidenceExport.h"
 #include "FetchyardBussiness/Log.h"
 #include "FetchyardBussiness/ShortVideo/StoredObject.h"
 
@@ -89,7 +90,7 @@ bool CDeterminantWriteFileTask::EndsWithStoredObject(DeterminantDownloadParam& p
         LogError("CDeterminantWriteFileTask::Exec()  PIC_OXT download filed");
     if (clip.EnumUpLoadType != kUploadLocalStoragePicture)
         SetLastError(error);
-    NotifyTaskState(is_evidence ? ZellTaskKit::UploadFailed : ZellTaskKit::Failed);
+    NotifyTaskState(StateOfExport(is_evidence, ZellTaskKit::Failed));
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "FetchyardBussiness/DeterminantWriteFile/DeterminantWriteFileTask.h"
 #include "FetchyardBussiness/ErrorText.h"
+#include "FetchyardBussiness/EvidenceExport.h"
 #include "FetchyardBussiness/Log.h"
 #include "FetchyardBussiness/PluginNames.h"
 
@@ -52,7 +53,7 @@ bool CDeterminantWriteFileTask::FetchVideos(DeterminantDownloadParam& param, boo
     if (!is_evidence)
         NotifyTaskState(ZellTaskKit::TranscodingEnd);
     if (!goes_on)
-        NotifyTaskState(is_evidence ? ZellTaskKit::UploadFailed : ZellTaskKit::Failed);
+        NotifyTaskState(StateOfExport(is_evidence, ZellTaskKit::Failed));
     return goes_on;
 }
 
