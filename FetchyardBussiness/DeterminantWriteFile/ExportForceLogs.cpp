@@ -23,6 +23,7 @@ std::string NameInUrl(const std::string& url)
 void CDeterminantWriteFileTask::FetchForceLogs(Run& run)
 {
     CmsGetExportFileData::GetAllForceLog(data_condition_, run.requset);
+    server_side_.Publish(data_condition_.export_data_node);
     if (data_condition_.export_data_node.file_guid.empty()) {
         LogInfo("data_condition_.export_data_node.file_guid is null ");
         Zell::Base::Error::SetLastError(data_condition_.error_code);
@@ -31,7 +32,9 @@ void CDeterminantWriteFileTask::FetchForceLogs(Run& run)
     }
     bool ready = false;
     const auto ask = [&](bool& failed) {
-        return CmsGetExportFileData::CircleGetFileState(data_condition_, run.requset, failed);
+        const bool is_ready = CmsGetExportFileData::CircleGetFileState(data_condition_, run.requset, failed);
+        server_side_.Publish(data_condition_.export_data_node);
+        return is_ready;
     };
     if (PollServer(kMostPolls, ask, ready) && !EndsAfterPolling(run, ready))
         FetchLogFiles();

@@ -203,6 +203,28 @@ log3 Download stop success, server_genareate_node  b_stop_ file name: Alarm, fil
 )");
 }
 
+// Whatever a call has said of the server's side is what the next stop goes by.
+TEST_F(ForceLogTest, ServerThatTakesAStopIsToldWithTheLatestNumber)
+{
+    fakes::PageAnswer gathering;
+    gathering.is_rowcolumn_data = false;
+    gathering.server.query_request.task_id = "t";
+    gathering.server.operate_request.str_method = "PUT";
+    gathering.server.operate_request.str_quern = "/operate";
+    fakes::TheScript().pages = {gathering, gathering};
+    fakes::OnCall("ZC_Sleep", 1, [this] { task_->Stop(); });
+    EXPECT_EQ(Lines(Run(), "TakeOperateActionToServer"),
+              "\nTakeOperateActionToServer PUT /operate {\"OperateType\":1,\"TaskId\":\"t\"}\n");
+    fakes::PollAnswer renumbered;
+    renumbered.download.task_id = "t-2";
+    fakes::TheScript().polls = {renumbered};
+    fakes::OnCall("ZC_Sleep", 3, [this] { task_->Delete(); });
+    const std::string trace = Run();
+    EXPECT_EQ(Lines(trace, "TakeOperateActionToServer"),
+              "\nTakeOperateActionToServer PUT /operate {\"OperateType\":2,\"TaskId\":\"t-2\"}\n");
+    EXPECT_EQ(States(trace), "1 200 (0,0)");
+}
+
 TEST_F(ForceLogTest, StopDuringThePauseLetsThePollGoOut)
 {
     fakes::OnCall("ZC_Sleep", 1, [this] { task_->Stop(); });

@@ -57,13 +57,11 @@ std::string Addressing(const RequstData& request)
     return shown;
 }
 
-// What a failed call leaves: sheets without rows that start nothing anew.
+// What a failed call leaves: sheets that start nothing anew, with the rows that the caller has left in them.
 void LeaveSheetsOfFailure(ExportDataNode& node)
 {
-    for (ExportSheet& sheet : node.vec_sheets) {
-        sheet.vec_rows.clear();
+    for (ExportSheet& sheet : node.vec_sheets)
         sheet.page_index = 0;
-    }
 }
 
 }  // namespace
@@ -92,6 +90,12 @@ bool CmsGetExportFileData::GetAllForceLog(CmsGetExportFileData& data, const Requ
         return false;
     }
     data.export_data_node.file_guid = fakes::TheScript().force_log_guid;
+    if (!fakes::TheScript().pages.empty()) {
+        // Of a server that takes a stop of its gathering.
+        const fakes::PageAnswer answer = NextAnswer();
+        data.export_data_node.is_rowcolumn_data = answer.is_rowcolumn_data;
+        data.export_data_node.server_genareate_node = answer.server;
+    }
     return true;
 }
 
@@ -101,6 +105,8 @@ bool CmsGetExportFileData::CircleGetFileState(CmsGetExportFileData& data, const 
     fakes::Call("CircleGetFileState", data.export_data_node.file_guid + " " + Shown(request));
     const fakes::PollAnswer answer = NextPoll();
     failed = answer.failed;
+    if (!answer.download.task_id.empty())
+        data.export_data_node.server_genareate_node.query_request.task_id = answer.download.task_id;
     if (answer.is_ready)
         data.export_data_node.file_url_list = answer.urls;
     return answer.is_ready;
