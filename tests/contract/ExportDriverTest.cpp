@@ -551,6 +551,10 @@ TEST_F(ExportDriverTest, PageNumberIsRewrittenInTheText)
         {R"({"In":{"PageIndex":9},"B":1})", R"( {"In":{"PageIndex":2,"B":1})"},
         {R"({"Text":"\"PageIndex\":1,","PageIndex":1,"B":1})",
          R"( {"Text":"\"PageIndex\":1,","PageIndex":2,"B":1})"},
+        {R"({"PageIndex":1,"A":0,"PageIndex":7,"B":1})", R"( {"PageIndex":2,"A":0,"PageIndex":7,"B":1})"},
+        {R"({"A\"PageIndex":5,"PageIndex":1,"B":1})", R"( {"A\"PageIndex":2,"PageIndex":1,"B":1})"},
+        {R"({"Text":"PageIndex","PageIndex":1,"B":1})", R"( {"Text":"PageIndex","PageIndex":2,"B":1})"},
+        {R"({"PageSize":2})", "·"},
         {R"({"PageSize":2,"PageIndex":1})", "·"},
         {R"({"PageIndex" :1,"B":1})", "·"},
         {R"({"pageIndex":1,"B":1})", "·"},
@@ -590,10 +594,60 @@ TEST_F(ExportDriverTest, PicturesOfCellsComeFromTheSiteOfTheRequest)
 
 TEST_F(ExportDriverTest, RowsAreDroppedBehindEachPage)
 {
-    // A failed second call hands the closing write what the node still holds: no rows of page 1.
+    // A failed second call hands the closing write what the task has left in the page: no rows of page 1.
     Answer({Page(Sheet(1, {{"08:00", "door"}}), false), FailedPage(22, 56)});
     const std::string lines = Lines(Run(), "csv line");
     EXPECT_EQ(lines, "\ncsv line \"Time\",\"Text\"\ncsv line \"08:00\",\"door\"\n");
+}
+
+// A server that never calls a page the last one.
+TEST_F(ExportDriverTest, PagesThatNeverEndAreWrittenUntilAStop)
+{
+    int page = 0;
+    fakes::TheScript().page_source = [&page] { return Page(Sheet(++page, {{"08:00", "door"}}), false); };
+    fakes::OnCall("GetExportFileDataList", 1000, [this] { task_->Stop(); });
+    const std::string trace = Run();
+    EXPECT_EQ(States(trace), "1 6 (0,0)");
+    EXPECT_EQ(fakes::CountOf("GetExportFileDataList"), 1000);
+    EXPECT_NE(trace.find("\nGetExportFileDataList POST /api {\"PageIndex\":1000,\"PageSize\":2}\n"),
+              std::string::npos);
+    EXPECT_EQ(Settings().file_current_page, 1001);
+    fakes::OnCall("GetExportFileDataList", 1010, [this] { task_->Delete(); });
+    EXPECT_EQ(States(Run()), "1 200 (0,0)");
+    EXPECT_EQ(fakes::CountOf("GetExportFileDataList"), 1010);
+}
+
+// The server's own number of the page says what the writer does, whichever page was asked for.
+TEST_F(ExportDriverTest, FirstPageThatComesAgainStartsTheReportAnew)
+{
+    Answer({Page(Sheet(1, {{"08:00", "door"}}), false), Page(Sheet(1, {{"08:01", "gate"}}), true)});
+    const std::string trace = Run();
+    EXPECT_EQ(Lines(trace, "csv"), R"(
+csv open <tmp>/Alarm/Alarm.csv
+csv line "Time","Text"
+csv line "08:00","door"
+csv write
+csv close
+csv open <tmp>/Alarm/Alarm.csv
+csv line "Time","Text"
+csv line "08:01","gate"
+csv write
+csv close
+)");
+    EXPECT_EQ(States(trace), "1 4 (0,0)");
+}
+
+TEST_F(ExportDriverTest, LaterPageThatComesAgainIsWrittenAgain)
+{
+    Answer({Page(Sheet(1, {}), false), Page(Sheet(2, {{"08:01", "gate"}}), false),
+            Page(Sheet(2, {{"08:01", "gate"}}), true)});
+    const std::string trace = Run();
+    EXPECT_EQ(Lines(trace, "csv line"), R"(
+csv line "Time","Text"
+csv line "08:01","gate"
+csv line "08:01","gate"
+)");
+    EXPECT_EQ(States(trace), "1 4 (0,0)");
 }
 
 TEST_F(ExportDriverTest, TaskWithoutARecord)

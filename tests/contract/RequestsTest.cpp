@@ -6,9 +6,29 @@
 
 #include <filesystem>
 #include <functional>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+namespace {
+
+// Memory of this size is refused to whoever asks without exceptions; 0 refuses none.
+std::size_t refused_size = 0;
+
+}  // namespace
+
+// NOLINTNEXTLINE(misc-new-delete-overloads): what it gives is freed like all other memory
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    if (size == refused_size)
+        return nullptr;
+    try {
+        return ::operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 
 namespace contract {
 namespace {
@@ -124,6 +144,22 @@ TEST_F(RequestsTest, TextThatIsNoJsonIsLoggedWholeAndTheNextRequestGoesOn)
     EXPECT_EQ(fakes::Take().at(0),
               "log5  CDownloadBussinessManager::AddDownloadCommTask json failed. json = no {json");
     EXPECT_EQ(guids(), std::vector<std::string>{"task-1"});
+}
+
+TEST_F(RequestsTest, RecordThatCannotBeMadeIsLoggedAndTheNextRequestGoesOn)
+{
+    Request logs;
+    logs.type = R"("FileExportType":3)";
+    refused_size = sizeof(DeterminantDownloadParam);
+    EXPECT_FALSE(Add({Text({}), Text(logs)}));
+    refused_size = 0;
+    EXPECT_EQ(Trace(), R"(
+log5 Convert DeterminantDownloadParam ptr failed.
+log5 Convert DeterminantDownloadParam ptr failed.
+log5  CDownloadBussinessManager::AddDownloadCommTask  process task failed!
+)");
+    EXPECT_TRUE(Add({Text({})}));
+    EXPECT_FALSE(guids().empty());
 }
 
 TEST_F(RequestsTest, BatchWithoutATaskIsFalseWithOneLine)
@@ -372,6 +408,30 @@ TEST_F(RequestsTest, NamesAreNotCleaned)
     const VsFileParam settings = Settings(request);
     EXPECT_EQ(settings.str_export_file_name, "a b'$\"x");
     EXPECT_EQ(settings.str_export_file_path, Folder() + "f*?/");
+}
+
+// The report's own name is then a path, whose folder nobody makes: the task meets it.
+TEST_F(RequestsTest, SlashInANameMakesAFolderOfItsHead)
+{
+    const VsFileParam settings = WithFile(R"("ExportFileName":"a/b")");
+    EXPECT_EQ(settings.str_export_file_name, "a/b");
+    EXPECT_EQ(settings.str_export_file_path, Folder() + "a/b/");
+    EXPECT_TRUE(Exists("a/b"));
+}
+
+TEST_F(RequestsTest, NameThatIsNotUtf8MakesTheWholeTextNoJson)
+{
+    Request request;
+    request.file = "\"ExportFileName\":\"a\xFF\"";
+    EXPECT_FALSE(Add({Text(request)}));
+    EXPECT_EQ(Lines(Trace(), "log5"),
+              "\nlog5  CDownloadBussinessManager::AddDownloadCommTask json failed. json = "
+              R"({"FileExportRequest":{"FileExportType":0,"RequestData":{"ExportFileParam":{},)"
+              R"("WriteFileCondition":{"SaveFilePathDir":"<tmp>/","ExportFileName":"a)"
+              "\xFF"
+              R"("},"DownloadFiles":{}}}})"
+              "\nlog5  CDownloadBussinessManager::AddDownloadCommTask  process task failed!\n");
+    EXPECT_FALSE(Exists("a\xFF"));
 }
 
 TEST_F(RequestsTest, FolderThatIsThereIsNotMadeAndNotLogged)
