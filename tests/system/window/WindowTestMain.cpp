@@ -7,30 +7,20 @@
 
 #include <memory>
 
-namespace {
-
-bool IsOnlyListing(int argc, char** argv)
-{
-    for (int i = 1; i < argc; ++i) {
-        if (qstrcmp(argv[i], "--gtest_list_tests") == 0)
-            return true;
-    }
-    return false;
-}
-
-}  // namespace
-
 int main(int argc, char** argv)
 {
+    testing::InitGoogleTest(&argc, argv);
+    // A build asks for the names of the tests where there is no display.
+    if (testing::GTEST_FLAG(list_tests))
+        return RUN_ALL_TESTS();
     std::unique_ptr<SystemTest::Display> display;
 #ifdef FETCHYARD_SANITIZED
     constexpr bool has_display = false;  // the libraries of X are not sanitized
 #else
     constexpr bool has_display = true;
 #endif
-    if (has_display && !IsOnlyListing(argc, argv))
+    if (has_display)
         display = std::make_unique<SystemTest::Display>();
-    testing::InitGoogleTest(&argc, argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     int code = 0;

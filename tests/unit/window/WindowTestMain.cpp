@@ -8,6 +8,9 @@
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    // A build asks for the names of the tests where there is no display.
+    if (testing::GTEST_FLAG(list_tests))
+        return RUN_ALL_TESTS();
     const QApplication application(argc, argv);
     // What spies keep of signals.
     qRegisterMetaType<QList<QPersistentModelIndex>>();
