@@ -95,9 +95,10 @@ TEST_F(Window, UnfinishedExportIsDeletedWithItsFolderOnceThePersonHasAgreed)
     QTest::keyClick(box, Qt::Key_Escape);
     ASSERT_TRUE(WaitFor([&] { return window_->findChild<QMessageBox*>("deleteBox") == nullptr; }));
     EXPECT_TRUE(QDir(folder).exists());
+    Click("One");
     PressKeysOf("delete");
+    ASSERT_TRUE(WaitFor([&] { return window_->findChild<QMessageBox*>("deleteBox") != nullptr; }));
     box = window_->findChild<QMessageBox*>("deleteBox");
-    ASSERT_NE(box, nullptr);
     for (QAbstractButton* button : box->buttons()) {
         if (box->buttonRole(button) == QMessageBox::AcceptRole) {
             QTest::mouseClick(button, Qt::LeftButton);
