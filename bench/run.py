@@ -117,7 +117,7 @@ class Bench:
     @contextlib.contextmanager
     def station(self, folder):
         process = subprocess.Popen(
-            [self.bin / "station", "serve", "--data", folder / "station", "--port", "0", "--control"],
+            [self.bin / "fetchyard-station", "serve", "--data", folder / "station", "--port", "0", "--control"],
             stdout=subprocess.PIPE, text=True)
         try:
             yield process.stdout.readline().split()[-1]
@@ -132,7 +132,7 @@ class Bench:
             f"{url}/control/faults", json.dumps(fault).encode(), {"Content-Type": "application/json"}))
 
     def seed(self, folder):
-        subprocess.run([self.bin / "station", "seed", "--data", folder / "station", "--events", "10", "--minutes", "0"], check=True,
+        subprocess.run([self.bin / "fetchyard-station", "seed", "--data", folder / "station", "--events", "10", "--minutes", "0"], check=True,
                        stdout=subprocess.DEVNULL)
 
     def export(self, folder, url, condition, kind=1, runs=3):

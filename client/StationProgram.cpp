@@ -10,6 +10,7 @@ namespace FetchyardClient {
 
 namespace {
 
+constexpr char kProgram[] = "fetchyard-station";
 constexpr int kSeedTimeout = 300000;
 constexpr int kStartTimeout = 30000;
 constexpr char kListening[] = "listening on ";
@@ -17,9 +18,8 @@ constexpr char kListening[] = "listening on ";
 // Beside this program, or wherever programs are found.
 QString FindProgram()
 {
-    const QString beside =
-        QStandardPaths::findExecutable("station", {QCoreApplication::applicationDirPath()});
-    return beside.isEmpty() ? QStandardPaths::findExecutable("station") : beside;
+    const QString beside = QStandardPaths::findExecutable(kProgram, {QCoreApplication::applicationDirPath()});
+    return beside.isEmpty() ? QStandardPaths::findExecutable(kProgram) : beside;
 }
 
 }  // namespace
@@ -47,7 +47,7 @@ bool StationProgram::Start(const std::string& data_folder, int events, std::stri
 {
     const QString program = FindProgram();
     if (program.isEmpty()) {
-        reason = "the program station is not installed";
+        reason = std::string("the program ") + kProgram + " is not installed";
         return false;
     }
     const QString folder = QString::fromStdString(data_folder);

@@ -14,7 +14,7 @@ extern "C" {
 namespace {
 
 constexpr char kUsage[] =
-    R"(usage: station COMMAND
+    R"(usage: fetchyard-station COMMAND
   seed --data DIR [--events 4000] [--cameras 12] [--weeks 4] [--seed 1] [--end TIME] [--minutes 3]
        [--replace]
       makes a site with alarm events over some weeks, and video of its last minutes
@@ -69,7 +69,7 @@ int main(int argc, char** argv)
     try {
         return Run(argc, argv);
     } catch (const Station::UsageError& error) {
-        std::cerr << "station: " << error.what() << "; try: station --help\n";
+        std::cerr << "station: " << error.what() << "; try: fetchyard-station --help\n";
         return Station::ExitUsage;
     } catch (const std::exception& error) {
         std::cerr << "station: " << error.what() << '\n';

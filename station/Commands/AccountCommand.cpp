@@ -14,7 +14,7 @@ int AccountCommand(const CommandLine& line)
 {
     const Arguments arguments(line, {"--data"}, {});
     if (arguments.Words().size() != 2 || arguments.Words()[0] != "add" || arguments.Words()[1].empty())
-        throw UsageError("account is used as: station account add NAME --data DIR");
+        throw UsageError("account is used as: fetchyard-station account add NAME --data DIR");
     const std::string& name = arguments.Words()[1];
     if (name.find(':') != std::string::npos)
         throw UsageError("a user name has no colon");
@@ -31,7 +31,7 @@ int TrustCommand(const CommandLine& line)
 {
     const Arguments arguments(line, {"--data"}, {});
     if (arguments.Words().size() != 1)
-        throw UsageError("trust is used as: station trust KEYFILE --data DIR");
+        throw UsageError("trust is used as: fetchyard-station trust KEYFILE --data DIR");
     const std::string& key_file = arguments.Words()[0];
     ShareCipherKey(std::filesystem::u8path(key_file), arguments.Path("--data"));
     std::cout << "the station shares the key of " << key_file << std::endl;

@@ -29,7 +29,8 @@ int ImportCommand(const CommandLine& line)
     const Arguments arguments(line, {"--data", "--camera", "--begin"}, {});
     if (arguments.Words().size() != 1)
         throw UsageError(
-            "import is used as: station import FOLDER_OR_VIDEO --data DIR [--camera N] [--begin TIME]");
+            "import is used as: fetchyard-station import FOLDER_OR_VIDEO --data DIR [--camera N] [--begin "
+            "TIME]");
     const std::filesystem::path source = std::filesystem::u8path(arguments.Words()[0]);
     std::error_code error;
     if (std::filesystem::is_regular_file(source, error))

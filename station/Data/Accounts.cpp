@@ -115,7 +115,7 @@ std::string AccountCheck::RefusalOf(const std::string& name, const std::string& 
     const std::string key = store_.CipherKey();
     std::string password;
     if (!IsCipherKey(key))
-        return "The station shares no cipher key with the client; give it one with: station trust.";
+        return "The station shares no cipher key with the client; give it one with: fetchyard-station trust.";
     if (!Decipher(key, ciphered, password))
         return "The password was not ciphered with the key that the station shares.";
     is_wrong = !IsRight(name, password);

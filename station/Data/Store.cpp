@@ -106,7 +106,7 @@ Store::Store(const std::filesystem::path& folder) : folder_(folder)
     std::error_code error;
     if (!std::filesystem::exists(file, error))
         throw StoreError("There is no station in " + folder_.u8string() +
-                         "; make one with: station seed --data " + folder_.u8string());
+                         "; make one with: fetchyard-station seed --data " + folder_.u8string());
     const Loan database = Borrow();
     CheckIdentity(*database, file.u8string());
     CheckHealth(*database, file.u8string());

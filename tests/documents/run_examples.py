@@ -19,10 +19,10 @@ DOCS = pathlib.Path(__file__).resolve().parents[2] / "docs"
 def station(bin_folder, data):
     if not (data / "station.ready").exists():
         shutil.rmtree(data, ignore_errors=True)
-        subprocess.run([bin_folder / "station", "seed", "--data", data, "--events", "200", "--minutes", "0", "--end",
+        subprocess.run([bin_folder / "fetchyard-station", "seed", "--data", data, "--events", "200", "--minutes", "0", "--end",
                         "2026-02-01T00:00:00Z"], check=True, stdout=subprocess.DEVNULL)
         (data / "station.ready").touch()
-    process = subprocess.Popen([bin_folder / "station", "serve", "--data", data, "--port", "0"],
+    process = subprocess.Popen([bin_folder / "fetchyard-station", "serve", "--data", data, "--port", "0"],
                                stdout=subprocess.PIPE, text=True)
     try:
         yield process.stdout.readline().split()[-1]
