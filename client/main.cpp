@@ -16,6 +16,9 @@ namespace {
 
 using namespace FetchyardClient;
 
+// What the help, and the completion that is made of it, says of a value.
+constexpr char kRequestFile[] = "FILE.json";
+
 // "--site 7=http://host:port"
 std::string ReadSites(const std::vector<std::string>& texts, HostOptions& options)
 {
@@ -61,15 +64,23 @@ struct CommandLine
 void AddHostOptions(CLI::App& app, CommandLine& line)
 {
     HostOptions& host = line.run.host;
-    app.add_option("--data", host.data_folder, "data folder of the client (default: the user's)");
-    app.add_option("--station", host.station, "address of the station, as http://127.0.0.1:8080");
-    app.add_option("--site", line.sites, "address of a further site, as 7=http://127.0.0.1:8081");
-    app.add_option("--plugin", line.plugins, "a plug-in's module, as clipvault.c=/path/of/module");
-    app.add_flag("!--no-own-plugins", host.own_plugins, "leave out the plug-ins that come with the client");
-    app.add_option("--save", host.save_folder, "where exports go that name no folder");
+    app.add_option("--data", host.data_folder, "data folder of the client (default: the user's)")
+        ->type_name("FOLDER");
+    app.add_option("--station", host.station, "address of the station, as http://127.0.0.1:8080")
+        ->type_name("ADDRESS");
+    app.add_option("--site", line.sites, "address of a further site, as 7=http://127.0.0.1:8081")
+        ->type_name("NUMBER=ADDRESS");
+    app.add_option("--plugin", line.plugins, "a plug-in's module, as clipvault.c=/path/of/module")
+        ->type_name("ID=MODULE");
+    app.add_flag_callback(
+        "--no-own-plugins", [&host] { host.own_plugins = false; },
+        "leave out the plug-ins that come with the client");
+    app.add_option("--save", host.save_folder, "where exports go that name no folder")->type_name("FOLDER");
     app.add_option("--user", host.user,
-                   "account at the station; the password is read from FETCHYARD_PASSWORD");
-    app.add_option("--log", host.log_file, "log file (default: fetchyard.log in the data folder)");
+                   "account at the station; the password is read from FETCHYARD_PASSWORD")
+        ->type_name("NAME");
+    app.add_option("--log", host.log_file, "log file (default: fetchyard.log in the data folder)")
+        ->type_name("FILE");
     app.add_flag("--verbose", host.verbose, "log everything, not only errors");
 }
 
@@ -81,6 +92,8 @@ std::unique_ptr<QGuiApplication> MakeApplication(bool has_window, char** argv)
     static int only_the_name = 1;
     QLoggingCategory::setFilterRules("default.warning=false");
     QCoreApplication::setApplicationName("fetchyard");
+    // Names the desktop entry, whose icon a desktop shows for the window.
+    QGuiApplication::setDesktopFileName("fetchyard");
     if (has_window) {
         QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
         QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
@@ -100,10 +113,12 @@ std::unique_ptr<QGuiApplication> MakeApplication(bool has_window, char** argv)
 void AddUiWord(CLI::App& app, CommandLine& line)
 {
     CLI::App* ui = app.add_subcommand("ui", "show the download centre, a window");
-    ui->add_option("request", line.requests, "request files to run at once");
+    ui->add_option("request", line.requests, "request files to run at once")->type_name(kRequestFile);
     ui->add_option("--colours", line.ui.theme, "system, light or dark (default: as chosen last)")
+        ->type_name("WORD")
         ->check(CLI::IsMember({"system", "light", "dark"}));
     ui->add_option("--language", line.ui.language, "system, en or zh (default: as chosen last)")
+        ->type_name("WORD")
         ->check(CLI::IsMember({"system", "en", "zh"}));
 }
 
@@ -131,10 +146,10 @@ TaskWords AddTaskWords(CLI::App& app, CommandLine& line)
     words.tasks->add_flag("--json", line.as_json, "for a program to read");
     words.resume = app.add_subcommand(
         "resume", "bring unfinished tasks back from their records and wait for their ends");
-    words.resume->add_option("task", line.tasks, "numbers, as tasks lists them, or guids");
+    words.resume->add_option("task", line.tasks, "numbers, as tasks lists them, or guids")->type_name("TASK");
     words.resume->add_flag("--all", line.all_tasks, "all that were interrupted or stopped");
     words.remove = app.add_subcommand("remove", "take tasks off the list; their files stay");
-    words.remove->add_option("task", line.tasks, "numbers, as tasks lists them, or guids");
+    words.remove->add_option("task", line.tasks, "numbers, as tasks lists them, or guids")->type_name("TASK");
     words.remove->add_flag("--finished", line.finished_tasks, "all that finished or were deleted");
     return words;
 }
@@ -159,23 +174,28 @@ int RunTaskWords(const TaskWords& words, const CommandLine& line)
 int main(int argc, char** argv)
 {
     CommandLine line;
-    CLI::App app("Runs downloads and exports of a video-security station.");
+    CLI::App app("Runs downloads and exports of a video-security station.", "fetchyard");
+    app.set_version_flag("--version", "fetchyard " FETCHYARD_VERSION, "print the version and exit");
     app.require_subcommand(1);
     app.fallthrough();
     AddHostOptions(app, line);
     CLI::App* run = app.add_subcommand("run", "run request files and wait for their ends");
-    run->add_option("request", line.requests, "request files, JSON")->required();
+    run->add_option("request", line.requests, "request files")->required()->type_name(kRequestFile);
     run->add_flag("--encipher", line.run.encipher_passwords,
                   "\"PassWord\" in the requests is in clear: cipher it");
     run->add_flag("--discard", line.run.discard_at_interrupt,
                   "an interrupt deletes the exports instead of keeping what they have");
     CLI::App* check = app.add_subcommand("check", "check request files against their schema");
-    check->add_option("request", line.requests, "request files, JSON")->required();
+    check->add_option("request", line.requests, "request files")->required()->type_name(kRequestFile);
     CLI::App* demo = app.add_subcommand("demo", "export events of a seeded station in several forms");
-    demo->add_option("--out", line.out_folder, "folder for the results")->capture_default_str();
+    demo->add_option("--out", line.out_folder, "folder for the results")
+        ->type_name("FOLDER")
+        ->capture_default_str();
     CLI::App* cipher = app.add_subcommand("cipher", "cipher a password from standard input for a request");
     CLI::App* share = app.add_subcommand("share-key", "copy the key of ciphered passwords, for a station");
-    share->add_option("target", line.key_target, "file to write; another one is not replaced")->required();
+    share->add_option("target", line.key_target, "file to write; another one is not replaced")
+        ->required()
+        ->type_name("FILE");
     AddUiWord(app, line);
     const TaskWords task_words = AddTaskWords(app, line);
     CLI11_PARSE(app, argc, argv);
