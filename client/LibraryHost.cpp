@@ -70,7 +70,7 @@ std::map<std::string, std::string> OwnPlugins()
                                                             {"evidence.c", "evidence"}};
     const QString programs = QCoreApplication::applicationDirPath();
     std::map<std::string, std::string> found;
-    for (const char* folder : {"/../lib/plugins", "/../lib/fetchyard/plugins"}) {
+    for (const char* folder : {"/../lib/plugins", INSTALLED_PLUGINS}) {
         for (const QFileInfo& file : QDir(programs + folder).entryInfoList(QDir::Files)) {
             for (const auto& [id, name] : kOwn) {
                 if (file.completeBaseName() == name && QLibrary::isLibrary(file.fileName()))

@@ -1,6 +1,14 @@
 # One place for what every target shares: language level, warnings, sanitizers, output folders.
 include(CTest)
+# On Linux the libraries lie in the folder of their architecture whatever the prefix, if the system has such folders: one
+# build makes the packages and is installed by hand.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND CMAKE_LIBRARY_ARCHITECTURE
+   AND (NOT DEFINED CMAKE_INSTALL_LIBDIR OR CMAKE_INSTALL_LIBDIR STREQUAL "lib"))
+    set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "where libraries lie below the prefix" FORCE)
+endif()
 include(GNUInstallDirs)
+# To install, or to make packages, takes no tests.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -57,7 +65,6 @@ if(fetchyard_sanitizer_flags)
     target_link_options(fetchyard_options INTERFACE ${fetchyard_sanitizer_flags} -Wl,--undefined-version -Wl,-z,undefs)
     target_compile_definitions(fetchyard_options INTERFACE FETCHYARD_SANITIZED=1)
 endif()
-install(TARGETS fetchyard_options EXPORT FetchyardTargets)
 
 # fetchyard_sibling(NAME SOURCES ... [PRIVATE libs...] [PUBLIC libs...] [HOST_HEADERS])
 # A shared library of one closed library's name: the declarations come from interfaces/NAME, the folder
@@ -72,12 +79,12 @@ function(fetchyard_sibling name)
     if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/host")
         target_include_directories(${name} PUBLIC
             $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/host> $<INSTALL_INTERFACE:include/fetchyard-host>)
-        install(DIRECTORY host/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/fetchyard-host)
+        install(DIRECTORY host/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/fetchyard-host COMPONENT development)
     endif()
     target_link_libraries(${name} PUBLIC fetchyard_interfaces ${arg_PUBLIC} PRIVATE fetchyard_options ${arg_PRIVATE})
     set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
-    install(TARGETS ${name} EXPORT FetchyardTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard
-            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(TARGETS ${name} EXPORT FetchyardTargets COMPONENT library
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
 # fetchyard_plugin(NAME SOURCES ... LIBS ...): a module that the client loads while it runs, beside the libraries in
@@ -89,7 +96,7 @@ function(fetchyard_plugin name)
     target_link_libraries(${name} PRIVATE fetchyard_interfaces fetchyard_options ${arg_LIBS})
     set_target_properties(${name} PROPERTIES
         PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib/plugins" INSTALL_RPATH "$ORIGIN/..")
-    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard/plugins)
+    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard/plugins COMPONENT library)
 endfunction()
 
 # fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...] [TIMEOUT seconds] [ONE_THREAD]): a
