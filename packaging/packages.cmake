@@ -2,6 +2,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_NAME fetchyard)
+# Each package has a summary of its own, as the first line of its description.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_CONTACT "Fetchyard maintainers <maintainers@users.noreply.c-seed-a457b22c.example>")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_SOURCE_DIR}/strip.cmake")
@@ -24,6 +26,8 @@ set(exact "(= ${PROJECT_VERSION}-${debian_release})")
 set(CPACK_DEBIAN_CLIENT_PACKAGE_NAME fetchyard)
 set(CPACK_DEBIAN_CLIENT_PACKAGE_SECTION video)
 set(CPACK_DEBIAN_CLIENT_PACKAGE_DEPENDS "libfetchyard ${exact}")
+# The window asks the desktop to open folders and reports.
+set(CPACK_DEBIAN_CLIENT_PACKAGE_RECOMMENDS xdg-utils)
 set(CPACK_DEBIAN_CLIENT_DESCRIPTION "downloads and exports of a video-security station
 Exports the events of a station, page by page, as a workbook, a CSV or text
 file or a PDF, with their pictures and videos; packs them with a password,

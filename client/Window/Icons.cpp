@@ -1,6 +1,7 @@
 #include "Window/Icons.h"
 
 #include <QIconEngine>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -225,17 +226,21 @@ QIcon SignIcon(Sign sign, const QColor& colour)
     }));
 }
 
+// As packaging/fetchyard.svg, which the desktop shows.
 QIcon ProgramIcon()
 {
     return QIcon(new DrawnIcon([](QPainter& painter) {
+        QLinearGradient ground(0, 0.5, 0, 15.5);
+        ground.setColorAt(0, QColor(0x28, 0x78, 0xdc));
+        ground.setColorAt(1, QColor(0x13, 0x56, 0xac));
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(0x17, 0x63, 0xc0));
+        painter.setBrush(ground);
         painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 3.5, 3.5);
-        painter.setPen(Pen(Qt::white, 1.8));
+        painter.setPen(Pen(Qt::white, 2));
         painter.setBrush(Qt::NoBrush);
-        painter.drawLine(QPointF(8, 3), QPointF(8, 9));
-        painter.drawPolyline(Polygon({{5, 6.4}, {8, 9.4}, {11, 6.4}}));
-        painter.drawPolyline(Polygon({{3.6, 9.8}, {3.6, 12.6}, {12.4, 12.6}, {12.4, 9.8}}));
+        painter.drawLine(QPointF(8, 3), QPointF(8, 8.4));
+        painter.drawPolyline(Polygon({{5.2, 5.9}, {8, 8.7}, {10.8, 5.9}}));
+        painter.drawPolyline(Polygon({{4, 10}, {4, 12}, {12, 12}, {12, 10}}));
     }));
 }
 
