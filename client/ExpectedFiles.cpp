@@ -82,8 +82,11 @@ void AddVideos(const json& downloads, const std::string& folder, std::vector<Exp
     for (const json& video : Member(downloads, "VideoDownload")) {
         const std::string below = Text(video, "FolderName");
         const char* suffix = Number(video, "VideoFormat", 2) == avi ? ".avi" : ".mp4";
-        files.push_back({folder + (below.empty() ? "" : below + "/") + Text(video, "ExportFileName") + suffix,
-                         false, "", ExpectedFile::Content::kAny});
+        const std::string stem = folder + (below.empty() ? "" : below + "/") + Text(video, "ExportFileName");
+        files.push_back({stem + suffix, false, Text(video, "VideoPassword"), ExpectedFile::Content::kVideo});
+        // The library takes a snapshot unless the request says 0.
+        if (Number(video, "IsSnap", 1) != 0)
+            files.push_back({stem + ".jpg", false, "", ExpectedFile::Content::kPicture});
     }
 }
 

@@ -14,12 +14,13 @@ struct ExpectedFile
     enum class Content {
         kBySuffix,  // as its suffix says
         kPicture,   // a picture, whatever its name
+        kVideo,     // a video, whatever its name; a protected one only shows that it is protected
         kAny,       // it is there
     };
 
     std::string path;
     bool is_report = false;  // the report or the archive, as against a file beside it
-    std::string password;    // of an archive
+    std::string password;    // of an archive or a video
     Content content = Content::kBySuffix;
 };
 

@@ -1,6 +1,7 @@
 #include "Job.h"
 
 #include "FetchyardBussiness/DownloadBussinessManager.h"
+#include "Transcoding.h"
 #include "ZellClientHostSettings/ClientSettings.h"
 #include "ZellTaskKit/ClientServices.h"
 
@@ -36,6 +37,24 @@ bool HandOverRecords(Job& job)
     return CDownloadBussinessManager::Instance().AddFileDownloadTask(job.guids, records);
 }
 
+bool HandOverTranscoding(Job& job)
+{
+    std::string guid;
+    if (!CDownloadBussinessManager::Instance().AddTranscodingTask(guid, job.source.text))
+        return false;
+    job.guids = {guid};
+    return true;
+}
+
+bool HandOverByKind(Job& job)
+{
+    if (IsTranscoding(job.request))
+        return HandOverTranscoding(job);
+    return job.planned.empty()
+               ? CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text})
+               : HandOverRecords(job);
+}
+
 }  // namespace
 
 std::vector<Violation> Accept(const RequestSource& source, Job& job)
@@ -50,8 +69,13 @@ std::vector<Violation> Accept(const RequestSource& source, Job& job)
 std::vector<Violation> Prepare(bool encipher_passwords, Job& job)
 {
     std::vector<Violation> violations;
-    if (IsFileList(job.request))
-        job.planned = PlanTasks(job.request, ZellClientHost::GetClientSettings().save_path, violations);
+    const std::string save_folder = ZellClientHost::GetClientSettings().save_path;
+    if (IsFileList(job.request)) {
+        job.planned = PlanTasks(job.request, save_folder, violations);
+    } else if (IsTranscoding(job.request)) {
+        job.expected_files = PlanTranscoding(job.request, save_folder, violations);
+        job.source.text = job.request.dump();
+    }
     if (violations.empty() && encipher_passwords && !EncipherPassword(job))
         violations.push_back({"", "the password can't be ciphered; look at the key in the data folder"});
     return violations;
@@ -60,9 +84,7 @@ std::vector<Violation> Prepare(bool encipher_passwords, Job& job)
 bool HandOver(Job& job, std::string& reason)
 {
     try {
-        if (job.planned.empty()
-                ? CDownloadBussinessManager::Instance().AddDownloadCommTask(job.guids, {job.source.text})
-                : HandOverRecords(job))
+        if (HandOverByKind(job))
             return true;
         reason = "the library made no task of it";
     } catch (const std::exception& error) {

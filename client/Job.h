@@ -23,14 +23,15 @@ struct Job
 {
     RequestSource source;
     nlohmann::json request;
-    std::vector<PlannedTask> planned;  // of a list of single files
-    std::vector<std::string> guids;    // once it was handed over
+    std::vector<PlannedTask> planned;          // of a list of single files
+    std::vector<ExpectedFile> expected_files;  // of a transcoding
+    std::vector<std::string> guids;            // once it was handed over
 };
 
 // Reads and checks the text. Violations come back where it does not fit; then nothing must be handed over.
 std::vector<Violation> Accept(const RequestSource& source, Job& job);
-// Plans a list of single files and ciphers a password that is in clear. With the library hosted; makes
-// folders.
+// Plans a list of single files or a transcoding, and ciphers a password that is in clear. With the library
+// hosted; makes folders.
 std::vector<Violation> Prepare(bool encipher_passwords, Job& job);
 // Makes tasks of the job and queues them. False with the reason in words.
 bool HandOver(Job& job, std::string& reason);

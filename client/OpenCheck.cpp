@@ -1,5 +1,6 @@
 #include "OpenCheck.h"
 
+#include "MultimediaComm/PlayLocalFileEx.h"
 #include "NQX/NQX.h"
 #include "ZellBase/Util.h"
 
@@ -23,6 +24,15 @@ bool IsPicture(const QByteArray& head)
 {
     return head.startsWith("\xFF\xD8\xFF") || head.startsWith("\x89PNG") || head.startsWith("GIF8") ||
            head.startsWith("BM") || head.startsWith("RIFF");
+}
+
+std::string CheckVideo(const ExpectedFile& file, const QByteArray& head)
+{
+    if (!file.password.empty())
+        return head.startsWith("Salted__") ? "" : "is not protected";
+    Zell::MultimediaComm::CPlayLocalFileEx player;
+    long port = -1;
+    return player.StartPlayLocalFile(port, file.path, nullptr, 0) ? "" : "is no video";
 }
 
 std::string CheckArchive(const ExpectedFile& file, const QByteArray& head)
@@ -53,6 +63,8 @@ std::string WhyItDoesNotOpen(const ExpectedFile& file)
         return "";
     if (file.content == ExpectedFile::Content::kPicture)
         return IsPicture(head) ? "" : "is no picture";
+    if (file.content == ExpectedFile::Content::kVideo)
+        return CheckVideo(file, head);
     if (EndsWith(file.path, ".zip") || EndsWith(file.path, ".xlsx"))
         return CheckArchive(file, head);
     if (EndsWith(file.path, ".pdf"))

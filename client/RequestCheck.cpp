@@ -1,6 +1,7 @@
 #include "RequestCheck.h"
 
 #include "FileList.h"
+#include "Transcoding.h"
 
 #include <QFile>
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
@@ -141,6 +142,8 @@ std::vector<Violation> CheckRequest(const json& request)
     std::vector<Violation> violations;
     if (IsFileList(request)) {
         CheckFileList(request, violations);
+    } else if (IsTranscoding(request)) {
+        CheckSchema("transcode", "", request, violations);
     } else {
         CheckSchema(IsPersonRequest(request) ? "person-pictures" : "report-export", "", request, violations);
         CheckPageCondition(request, ServerRequestOf(request), violations);

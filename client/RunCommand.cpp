@@ -7,6 +7,7 @@
 #include "ProgressView.h"
 #include "RequestCheck.h"
 #include "TaskEnds.h"
+#include "Transcoding.h"
 #include "Trouble.h"
 #include "UnfinishedTasks.h"
 
@@ -39,11 +40,22 @@ std::vector<std::string> GuidsOf(const std::vector<Job>& jobs)
     return guids;
 }
 
+// An export has a folder of its own, which can go. What other tasks have made lies among files of the user,
+// and they know nothing of being deleted.
+bool CanBeDeleted(const Job& job)
+{
+    return !IsFileList(job.request) && !IsTranscoding(job.request);
+}
+
 void EndAll(const std::vector<Job>& jobs, bool discard, ProgressView& view)
 {
     view.Say(std::string(discard ? "deleting" : "stopping") + "; interrupt once more to leave at once");
-    for (const std::string& guid : GuidsOf(jobs))
-        discard ? FetchyardLogical::DeleteTask(guid, FolderFate::Remove) : FetchyardLogical::StopTask(guid);
+    for (const Job& job : jobs) {
+        const bool deletes = discard && CanBeDeleted(job);
+        for (const std::string& guid : job.guids)
+            deletes ? FetchyardLogical::DeleteTask(guid, FolderFate::Remove)
+                    : FetchyardLogical::StopTask(guid);
+    }
 }
 
 // What the task was to leave: planned with its record, or read from the report's request.
@@ -53,7 +65,8 @@ std::vector<ExpectedFile> FilesOf(const Job& job, const TaskView& task)
         if (job.guids[i] == task.guid)
             return job.planned[i].files;
     }
-    return ExpectedFiles(job.request, task.name, task.folder);
+    return IsTranscoding(job.request) ? job.expected_files
+                                      : ExpectedFiles(job.request, task.name, task.folder);
 }
 
 bool TellEndOf(const Job& job, const std::string& log_file)
