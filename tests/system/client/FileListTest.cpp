@@ -301,9 +301,10 @@ TEST_F(ClientFileList, EmptyListIsRefused)
 TEST_F(ClientFileList, EverySampleFitsItsSchema)
 {
     const QString folder = QString(DOCS_FOLDER) + "/requests/";
-    const auto result = client_.Run({"check", folder + "picture.sample.json",
-                                     folder + "server-file.sample.json", folder + "video.sample.json",
-                                     folder + "clip.sample.json", folder + "report-export.sample.json"});
+    const auto result =
+        client_.Run({"check", folder + "picture.sample.json", folder + "server-file.sample.json",
+                     folder + "video.sample.json", folder + "clip.sample.json",
+                     folder + "report-export.sample.json", folder + "transcode.sample.json"});
     EXPECT_EQ(result.exit_code, 0) << result.output;
 }
 

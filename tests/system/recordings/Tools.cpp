@@ -55,6 +55,14 @@ void MakeVideo(const std::string& path, const QStringList& words)
         throw std::runtime_error("ffmpeg: " + result.output);
 }
 
+QImage FrameAt(const std::string& path, double second)
+{
+    const ToolResult picture =
+        RunTool("ffmpeg", {"-v", "quiet", "-i", QString::fromStdString(path), "-ss", QString::number(second),
+                           "-frames:v", "1", "-f", "image2pipe", "-c:v", "png", "-"});
+    return QImage::fromData(QByteArray::fromStdString(picture.output), "PNG");
+}
+
 std::string ReadBytes(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);

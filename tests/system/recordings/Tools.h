@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <QImage>
 #include <QStringList>
 
 #include <string>
@@ -23,6 +24,9 @@ nlohmann::json Probe(const std::string& path, const char* kind = "v");
 std::string Complaints(const std::string& path);
 // Makes a video with the ffmpeg command; the words stand between "ffmpeg" and the path.
 void MakeVideo(const std::string& path, const QStringList& words);
+
+// The picture that shows at that second, counted from the first one; null if there is none.
+QImage FrameAt(const std::string& path, double second);
 
 std::string ReadBytes(const std::string& path);
 void WriteBytes(const std::string& path, const std::string& bytes);
