@@ -31,13 +31,15 @@ protected:
     {
         SetFault({{"Path", path}, {"Kind", "delay"}, {"DelayMs", milliseconds}, {"Count", -1}});
     }
-    // A client that works on the requests is killed in their first page.
+    // A client that works on the requests is killed in their first page, with all of them handed over.
     void KillInTheFirstPage(const std::vector<json>& requests)
     {
+        const std::size_t tasks = Tasks().size() + requests.size();
         station_.ResetRequests();
-        SlowDown(kReportPath, 2000);
+        SlowDown(kReportPath, 20'000);
         client_.StartRequests(requests);
         ASSERT_TRUE(station_.WaitForRequests(kReportPath, 1));
+        WaitUntilListed(tasks);
         client_.Kill();
         ASSERT_TRUE(client_.FinishOrDie().crashed);
         station_.ClearFaults();
@@ -48,9 +50,19 @@ protected:
         return client_.ExportFolder() + name + "/" + name + ".csv";
     }
     std::string Store() const { return client_.Path("data/tasks.db"); }
-    json Tasks()
+    // Looks over the shoulder of a client that runs.
+    void WaitUntilListed(std::size_t tasks)
     {
-        const auto result = client_.Run({"tasks", "--json"});
+        ClientRun onlooker;
+        onlooker.UseData(client_.Path("data"));
+        int looks = 0;
+        while (Tasks(onlooker).size() < tasks)
+            ASSERT_LT(++looks, 1000) << "not all of " << tasks << " tasks are in the list";
+    }
+    json Tasks() { return Tasks(client_); }
+    static json Tasks(ClientRun& client)
+    {
+        const auto result = client.Run({"tasks", "--json"});
         EXPECT_EQ(result.exit_code, 0) << result.output;
         return json::parse(result.output);
     }
