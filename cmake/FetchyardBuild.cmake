@@ -99,7 +99,7 @@ function(fetchyard_plugin name)
     install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fetchyard/plugins COMPONENT library)
 endfunction()
 
-# fetchyard_test(NAME SOURCES ... LIBS ... [LABELS ...] [ENVIRONMENT ...] [TIMEOUT seconds] [ONE_THREAD]): a
+# fetchyard_test(NAME SOURCES ... LIBS ... [LABELS unit...] [ENVIRONMENT ...] [TIMEOUT seconds] [ONE_THREAD]): a
 # GoogleTest program, one CTest entry for each of its tests. ONE_THREAD: there is nothing in it for ThreadSanitizer,
 # whose build leaves it out.
 function(fetchyard_test name)
@@ -118,9 +118,20 @@ function(fetchyard_test name)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
     endif()
+    # Discovery drops an empty list, and the next property's name with it.
+    if(NOT arg_LABELS)
+        set(arg_LABELS unit)
+    endif()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${arg_ENVIRONMENT}")
+endfunction()
+
+# fetchyard_tells(SOURCES ... DEFINITIONS ...): what only these sources of this folder are told. A path of the tree differs
+# from clone to clone, and ccache shares only what was compiled with the same words.
+function(fetchyard_tells)
+    cmake_parse_arguments(arg "" "" "SOURCES;DEFINITIONS" ${ARGN})
+    set_property(SOURCE ${arg_SOURCES} APPEND PROPERTY COMPILE_DEFINITIONS ${arg_DEFINITIONS})
 endfunction()
 
 # A folder of the tree that has its CMakeLists.txt already.

@@ -43,7 +43,7 @@ void ClientRun::SetEnvironment(const QString& name, const QString& value)
 void ClientRun::Start(const QStringList& words)
 {
     QStringList all = in_front_;
-    all << QString::fromStdString(program_) << "--data"
+    all << CLIENT_PROGRAM << "--data"
         << (data_.empty() ? folder_.filePath("data") : QString::fromStdString(data_));
     if (!station_.empty())
         all << "--station" << QString::fromStdString(station_);

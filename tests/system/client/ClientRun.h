@@ -26,8 +26,6 @@ public:
 
     // Arguments of the whole client, such as --station, for every run from now on.
     void UseStation(const std::string& address) { station_ = address; }
-    // Another program than the client itself.
-    void UseProgram(const std::string& program) { program_ = program; }
     // Another data folder than its own.
     void UseData(const std::string& folder) { data_ = folder; }
     // Another folder for exports that name none, below the one of the run.
@@ -67,7 +65,6 @@ private:
     QStringList in_front_;
     QStringList plugins_;
     QStringList options_;  // of the command
-    std::string program_ = CLIENT_PROGRAM;
     std::string data_;
     QString save_ = "out";
     std::string station_;
