@@ -1,5 +1,6 @@
 #include "LibraryHost.h"
 
+#include "FetchyardBussiness/DownloadBussinessManager.h"
 #include "FetchyardLogicalHost/EngineHost.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Log.h"
@@ -160,12 +161,9 @@ bool LibraryHost::Start(const HostOptions& options, std::string& reason)
     if (!LoadPlugins(options, reason))
         return false;
     keeps_tasks_ = FetchyardLogical::OpenTaskStore(TaskStoreFile(), store_message_);
-    CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
-    if (!manager.Init()) {
+    started_ = CDownloadBussinessManager::Instance().Init();
+    if (!started_)
         reason = "the download engine can't be started";
-        return false;
-    }
-    started_ = manager.RegisterObserver(&watch_);
     return started_;
 }
 
@@ -177,11 +175,8 @@ void LibraryHost::TellStore() const
 
 LibraryHost::~LibraryHost()
 {
-    if (started_) {
-        CDownloadBussinessManager& manager = CDownloadBussinessManager::Instance();
-        manager.SyncUnregisterObserver(&watch_);
-        manager.Unit();
-    }
+    if (started_)
+        CDownloadBussinessManager::Instance().Unit();
     if (keeps_tasks_)
         FetchyardLogical::CloseTaskStore();
     // No task is left that could call into one.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ScratchFolder.h"
-#include "TaskWatch.h"
 #include "ZellClientHostSettings/ClientSettings.h"
 
 #include <map>
@@ -35,8 +34,7 @@ std::string TaskStoreFile();
 // Where the log goes, once the settings are in force.
 std::string LogFile(const HostOptions& options);
 
-// Hosts the library for the life of the object: settings, log, task store, start, observer; and stops it
-// again.
+// Hosts the library for the life of the object: settings, log, task store, start; and stops it again.
 class LibraryHost
 {
 public:
@@ -47,7 +45,6 @@ public:
 
     // False with the reason in words if the library can't be started.
     bool Start(const HostOptions& options, std::string& reason);
-    TaskWatch& Watch() { return watch_; }
     // Whether tasks outlive the process. If not, StoreMessage says why; it may also say what was set aside.
     bool KeepsTasks() const { return keeps_tasks_; }
     const std::string& StoreMessage() const { return store_message_; }
@@ -57,7 +54,6 @@ public:
 private:
     bool LoadPlugins(const HostOptions& options, std::string& reason);
 
-    TaskWatch watch_;
     ScratchFolder scratch_;
     std::vector<std::string> plugins_;
     std::string store_message_;
