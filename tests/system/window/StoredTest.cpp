@@ -56,7 +56,7 @@ protected:
 
 TEST_F(StoredTasks, OfAnEarlierRunAreShownAndStartAgainFromTheirRecord)
 {
-    Show(true);
+    Show();
     EXPECT_EQ(Words("storeBanner"), "");
     SlowDown();
     Run(Choice("Alarms"));
@@ -67,7 +67,7 @@ TEST_F(StoredTasks, OfAnEarlierRunAreShownAndStartAgainFromTheirRecord)
     station_.ClearFaults();
     Leave();
 
-    Show(true);
+    Show();
     ASSERT_EQ(Line("Alarms"), 0);
     EXPECT_TRUE(model_->RowAt(0).task.is_stored_only);
     Click("Alarms");
@@ -79,7 +79,7 @@ TEST_F(StoredTasks, OfAnEarlierRunAreShownAndStartAgainFromTheirRecord)
 
 TEST_F(StoredTasks, WhatACrashLeftIsGoneOnWithByOneButton)
 {
-    Show(true);
+    Show();
     SlowDown();
     Run(Choice("One"));
     Run(Choice("Two"));
@@ -90,7 +90,7 @@ TEST_F(StoredTasks, WhatACrashLeftIsGoneOnWithByOneButton)
     PutStoreBack();
     station_.ClearFaults();
 
-    Show(true);
+    Show();
     EXPECT_TRUE(IsShown("goOnBanner"));
     EXPECT_EQ(Words("goOnBanner"), "2 tasks of an earlier run were left unfinished.");
     EXPECT_EQ(model_->Order().Count(RowState::Interrupted), 2U);
@@ -107,10 +107,10 @@ TEST_F(StoredTasks, ListThatAnotherClientHoldsIsToldInABanner)
     QProcess other;
     other.start("flock", {Data().filePath("tasks.db.lock"), "sh", "-c", "echo held; cat"});
     ASSERT_TRUE(other.waitForReadyRead(60000));
-    Show(true);
+    Show();
     EXPECT_TRUE(IsShown("storeBanner"));
-    EXPECT_EQ(Words("storeBanner").toStdString(), store_words_);
-    EXPECT_FALSE(store_words_.empty());
+    EXPECT_EQ(Words("storeBanner").toStdString(), host_->StoreMessage());
+    EXPECT_FALSE(host_->StoreMessage().empty());
     Run(Choice("Alarms"));
     EXPECT_TRUE(WaitForState("Alarms", RowState::Finished)) << "it works, and is not kept";
     other.closeWriteChannel();

@@ -34,17 +34,13 @@ std::string WindowFixture::Folder(const std::string& below) const
     return folder_.path().toStdString() + "/" + below;
 }
 
-void WindowFixture::Show(bool with_store)
+void WindowFixture::Show()
 {
     HostOptions options;
     options.data_folder = Folder("data/");
     options.save_folder = Folder("exports/");
     options.station = Address();
     std::string reason;
-    ZellClientHost::ClientSettings settings;
-    ASSERT_TRUE(MakeSettings(options, settings, reason)) << reason;
-    if (with_store)
-        FetchyardLogical::OpenTaskStore(settings.data_path + "tasks.db", store_words_);
     host_ = std::make_unique<LibraryHost>();
     ASSERT_TRUE(host_->Start(options, reason)) << reason;
     changes_ = std::make_unique<TaskChanges>();
@@ -54,7 +50,7 @@ void WindowFixture::Show(bool with_store)
     WindowSetup setup;
     setup.sites = {{0, Address()}};
     setup.save_folder = options.save_folder;
-    setup.store_words = QString::fromStdString(store_words_);
+    setup.store_words = QString::fromStdString(host_->StoreMessage());
     setup.theme = Theme::Light;
     setup.open = [this](const QUrl& url) {
         opened_.push_back(url);
@@ -76,7 +72,6 @@ void WindowFixture::Leave()
         CDownloadBussinessManager::Instance().SyncUnregisterObserver(changes_.get());
     changes_.reset();
     host_.reset();
-    FetchyardLogical::CloseTaskStore();
 }
 
 ExportChoice WindowFixture::Choice(const std::string& name)

@@ -21,8 +21,8 @@ protected:
     WindowFixture();
     ~WindowFixture() override;
 
-    // Starts the library and shows the window. Store: whether the list is kept, as the program keeps it.
-    void Show(bool with_store = false);
+    // Starts the library and shows the window.
+    void Show();
     // Ends the window and the library, as a person who quits.
     void Leave();
     static FetchyardClient::ExportChoice Choice(const std::string& name);
@@ -52,7 +52,6 @@ protected:
 
     QTemporaryDir folder_;
     std::vector<QUrl> opened_;
-    std::string store_words_;
     std::unique_ptr<FetchyardClient::LibraryHost> host_;
     std::unique_ptr<FetchyardClient::TaskChanges> changes_;
     std::unique_ptr<FetchyardClient::TaskModel> model_;
