@@ -15,6 +15,7 @@ import urllib.request
 
 ROWS = 1_000_000
 PICTURES = 2_000
+PERSON_PICTURES = 5_000
 EMBEDDED_PICTURES = 1_000
 PDF_ROWS = 10_000
 FILE_BYTES = 1 << 30
@@ -141,9 +142,13 @@ class Bench:
                                 "RequestCondition": json.dumps(condition, separators=(",", ":"))},
             "WriteFileCondition": {"ExportFileName": "bench", "ExportFileType": kind,
                                    "SaveFilePathDir": f"{folder}/"}}}}
+        return self.run_client(folder, url, request, runs)
+
+    def run_client(self, folder, url, request, runs=3):
         path = folder / "request.json"
         path.write_text(json.dumps(request))
-        command = [self.bin / "fetchyard", "--data", folder / "data", "--station", url, "run", path]
+        command = [self.bin / "fetchyard", "--data", folder / "data", "--station", url, "--save", folder / "saved", "run",
+                   path]
         # Without what an earlier run has left in the cache of pictures.
         return measure(timed(command), prepare=lambda: shutil.rmtree(folder / "data", ignore_errors=True), runs=runs)
 
@@ -184,6 +189,25 @@ class Bench:
                                    folder / "peer"])
                 self.add(f"pictures-{delay}ms", "pictures/s", PICTURES, ours, peer,
                          "Python script, one connection", memory)
+
+    def persons(self):
+        """A person export: its pages, its pictures at 20 ms each, and the archive that they go into."""
+        condition = {"PageIndex": 1, "PageSize": 20, "Persons": PERSON_PICTURES // 5, "Pictures": 5}
+        request = {"FileExportRequest": {"FileExportType": 2, "PersonExportPicNode": {
+            "PicDownloadRequestNode": {"RequestMethod": "POST", "RequestAPI": "/api/v1/synthetic/persons",
+                                       "RequestCondition": json.dumps(condition, separators=(",", ":"))},
+            "ZipName": "bench"}}}
+        with self.folder() as folder:
+            self.seed(folder)
+            with self.station(folder) as url:
+                self.delay(url, "/synthetic/pictures/", 20)
+                ours, memory = self.run_client(folder, url, request)
+                (folder / "peer").mkdir()
+                some = PERSON_PICTURES // 5
+                peer, _ = run_once([sys.executable, PEERS / "pictures.py", f"{url}/synthetic/pictures/", some,
+                                    folder / "peer"])
+                self.add("persons-20ms", "pictures/s", PERSON_PICTURES, ours, peer * PERSON_PICTURES / some,
+                         "Python script, one connection, no archive", memory)
 
     def file(self):
         with self.folder() as folder:
@@ -291,7 +315,8 @@ class Bench:
 
 BENCHES = {"csv-writer": Bench.csv_writer, "csv": Bench.csv, "xlsx": Bench.xlsx, "txt": Bench.txt, "pdf-html": Bench.pdf,
            "xlsx-pictures": Bench.xlsx_pictures, "csv-station": Bench.csv_station,
-           "pages-50ms": Bench.pages_slow, "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow, "file-1gib": Bench.file,
+           "pages-50ms": Bench.pages_slow, "pictures-0ms": Bench.pictures_fast, "pictures-20ms": Bench.pictures_slow,
+           "persons-20ms": Bench.persons, "file-1gib": Bench.file,
            "files-small": Bench.small_files, "stamp-lines": Bench.stamp_lines,
            "stamp-watermark": Bench.stamp_watermark, "tasks-memory": Bench.tasks_memory,
            "tasks-disk": Bench.tasks_disk, "task-list": Bench.task_list, "window": Bench.window}

@@ -14,6 +14,7 @@ class StationSynthetic : public StationFixture
 {
 protected:
     json Page(const json& condition) { return station_.Post("/api/v1/synthetic/report", condition); }
+    json Persons(const json& condition) { return station_.Post("/api/v1/synthetic/persons", condition); }
 };
 
 }  // namespace
@@ -87,4 +88,36 @@ TEST_F(StationSynthetic, ShapesBeyondTheBoundsAreRefused)
     }
     EXPECT_EQ(station_.Connect()->Post("/api/v1/synthetic/report", "no json", "application/json")->status,
               400);
+}
+
+TEST_F(StationSynthetic, PersonsHaveAsManyServedPicturesAsAskedFor)
+{
+    const json page = Persons({{"PageIndex", 3}, {"PageSize", 2}, {"Persons", 5}, {"Pictures", 2}});
+    EXPECT_EQ(page["TotalPageIsFinished"], true);
+    ASSERT_EQ(page["Persons"].size(), 1u);
+    EXPECT_EQ(page["Persons"][0]["PersonId"], 5);
+    EXPECT_EQ(page["Persons"][0]["Name"], "Person 5");
+    EXPECT_EQ(page["Persons"][0]["Pictures"],
+              json::parse(R"([{"Title": "3-1-1", "Address": "/synthetic/pictures/3-1-1.jpg"},
+                              {"Title": "3-1-2", "Address": "/synthetic/pictures/3-1-2.jpg"}])"));
+    EXPECT_EQ(station_.Connect()->Get("/synthetic/pictures/3-1-2.jpg")->status, 200);
+}
+
+TEST_F(StationSynthetic, PersonsGoOnUntilTheLastAndArePastItNone)
+{
+    const json second = Persons({{"PageIndex", 2}, {"PageSize", 2}, {"Persons", 5}});
+    EXPECT_EQ(second["TotalPageIsFinished"], false);
+    EXPECT_EQ(second["Persons"][1]["PersonId"], 4);
+    EXPECT_EQ(Persons({{"PageIndex", 2}, {"PageSize", 2}, {"Persons", 4}})["TotalPageIsFinished"], true);
+    const json behind = Persons({{"PageIndex", 9}, {"PageSize", 2}, {"Persons", 5}});
+    EXPECT_EQ(behind["TotalPageIsFinished"], true);
+    EXPECT_TRUE(behind["Persons"].empty());
+}
+
+TEST_F(StationSynthetic, PersonsBeyondTheBoundsAreRefused)
+{
+    for (const json& condition :
+         {json{{"PageIndex", 0}}, json{{"PageSize", 0}}, json{{"PageSize", 1001}}, json{{"Persons", -1}},
+          json{{"Pictures", 101}}, json{{"Pictures", "many"}}, json::array()})
+        EXPECT_EQ(Persons(condition)["ErrorModule"], 24) << condition;
 }
