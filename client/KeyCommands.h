@@ -3,6 +3,7 @@
 #include "LibraryHost.h"
 
 #include <string>
+#include <vector>
 
 namespace FetchyardClient {
 

@@ -1,7 +1,8 @@
 """Runs the shell examples of documentation pages as a reader would, each page in an empty folder of its own.
 
 run_examples.py BIN FOLDER PAGE...: BIN holds the built programs, FOLDER takes the seeded station. What the examples may
-use: the programs in PATH, $STATION (address of a running station), and alarms.json, the sample of a report request.
+use: the programs in PATH, $STATION (address of a running station), and the samples of a report request, alarms.json,
+and of a transcoding, stamp.json.
 """
 import contextlib
 import os
@@ -36,6 +37,7 @@ def run_page(page, environment):
     examples = re.findall(r"^```sh\n(.*?)^```", page.read_text(), re.S | re.M)
     with tempfile.TemporaryDirectory(prefix="fetchyard-documents-") as folder:
         shutil.copy(DOCS / "requests/report-export.sample.json", pathlib.Path(folder) / "alarms.json")
+        shutil.copy(DOCS / "requests/transcode.sample.json", pathlib.Path(folder) / "stamp.json")
         for example in examples:
             ran = subprocess.run(["bash", "-euo", "pipefail", "-c", example], cwd=folder, env=environment,
                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
