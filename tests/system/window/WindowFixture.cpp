@@ -136,6 +136,9 @@ void WindowFixture::PressKeysOf(const QString& action)
     auto* found = window_->findChild<QAction*>(action);
     ASSERT_NE(found, nullptr);
     ASSERT_TRUE(WaitFor([&] { return found->isEnabled(); })) << action.toStdString();
+    // Where nobody manages windows, none is active behind a dialog that was closed, and shortcuts are deaf.
+    if (!window_->isActiveWindow())
+        QApplication::setActiveWindow(window_.get());
     const int keys = found->shortcut()[0];
     QWidget* focus = QApplication::focusWidget();
     QTest::keyClick(focus != nullptr ? focus : window_.get(),
