@@ -24,7 +24,11 @@ namespace FetchyardClient {
 namespace {
 
 using nlohmann::json;
+
 using valijson::adapters::NlohmannJsonAdapter;
+
+// Deeper than any request; what is as deep as its text is long needs more stack than there is.
+constexpr int kDeepest = 100;
 
 std::string ReadResource(const char* name)
 {
@@ -115,9 +119,17 @@ void CheckPageCondition(const json& request, const char* server_request, std::ve
 
 bool ParseRequest(const std::string& text, json& request, std::vector<Violation>& violations)
 {
+    bool is_too_deep = false;
+    const auto watch_depth = [&is_too_deep](int depth, json::parse_event_t /*event*/,
+                                            const json& /*parsed*/) {
+        is_too_deep = is_too_deep || depth > kDeepest;
+        return !is_too_deep;
+    };
     try {
-        request = json::parse(text);
-        return true;
+        request = json::parse(text, watch_depth);
+        if (is_too_deep)
+            violations.push_back({"", "is nested more than " + std::to_string(kDeepest) + " levels deep"});
+        return !is_too_deep;
     } catch (const json::parse_error& error) {
         violations.push_back({"", "is not JSON: " + Place(text, error.byte) + ": " + error.what()});
         return false;

@@ -109,24 +109,41 @@ void RefuseLosses(const std::vector<TrasncodingFile>& files)
     }
 }
 
+// Deeper than any request; a record as deep as a text is long needs more stack than there is.
+json Parse(const std::string& text)
+{
+    constexpr int kDeepest = 100;
+    return json::parse(text, [](int depth, json::parse_event_t /*event*/, const json& /*parsed*/) {
+        if (depth > kDeepest)
+            Refuse("it is nested too deeply");
+        return true;
+    });
+}
+
+std::vector<TrasncodingFile> ReadFiles(const json& list)
+{
+    if (!list.is_array())
+        Refuse("Files is no list");
+    std::vector<TrasncodingFile> files;
+    for (const json& entry : list)
+        files.push_back(ReadFile(entry));
+    RefuseLosses(files);
+    return files;
+}
+
 TranscodingRequest Read(const std::string& text)
 {
-    const json document = json::parse(text);
+    const json document = Parse(text);
     const json* const node = document.is_object() ? Find(document, "TranscodingRequest") : nullptr;
     if (node == nullptr || !node->is_object())
         Refuse("there is no TranscodingRequest");
     TranscodingRequest request;
     request.task_name = Text(*node, "TaskName");
     request.show_tip = Flag(*node, "ShowTip");
-    const json* const list = Find(*node, "Files");
-    if (list != nullptr && !list->is_array())
-        Refuse("Files is no list");
-    for (const json& entry : list == nullptr ? json::array() : *list) {
-        request.files.push_back(ReadFile(entry));
-        const std::string& path = request.files.back().save_file;
-        request.file_names.push_back(path.substr(path.rfind('/') + 1));
-    }
-    RefuseLosses(request.files);
+    if (const json* const list = Find(*node, "Files"))
+        request.files = ReadFiles(*list);
+    for (const TrasncodingFile& file : request.files)
+        request.file_names.push_back(file.save_file.substr(file.save_file.rfind('/') + 1));
     if (request.task_name.empty() && !request.file_names.empty())
         request.task_name = request.file_names.front();
     return request;

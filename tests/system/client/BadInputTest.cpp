@@ -38,6 +38,17 @@ TEST_F(ClientBadInput, RequestWithNothingInItIsRefused)
     EXPECT_NE(result.output.find("FileExportRequest"), std::string::npos) << result.output;
 }
 
+TEST_F(ClientBadInput, RequestNestedAHundredThousandTimesIsRefused)
+{
+    const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+    for (const std::string name : {"TranscodingRequest", "FileRequestList", "FileExportRequest"}) {
+        const auto result = client_.RunTexts({"{\"" + name + "\":" + deep + "}"});
+        EXPECT_EQ(result.exit_code, 2);
+        EXPECT_NE(result.output.find("is nested more than 100 levels deep"), std::string::npos)
+            << result.output;
+    }
+}
+
 TEST_F(ClientBadInput, MisspeltMemberIsToldWithItsPath)
 {
     json request = ReportRequest(client_, "Alarms", 1, "none", 10);

@@ -236,10 +236,13 @@ TEST_F(TranscodingRequestTest, HugeRequestsAreReadOrRefusedWithoutHarm)
     long_text["WatermarkText"] = std::string(5000000, 'x');
     ASSERT_TRUE(Parse(Request({long_text})));
     EXPECT_EQ(files_[0].watermark_text.size(), 5000000u);
-    ExpectRefused(R"({"TranscodingRequest":{"Files":)" + std::string(1000000, '['), "parse error");
-    ExpectRefused(
-        R"({"TranscodingRequest":{"Files":)" + std::string(100000, '[') + std::string(100000, ']') + "}}",
-        "an entry of Files is no object");
+    ExpectRefused(R"({"TranscodingRequest":{"Files":)" + std::string(1000000, '['), "nested too deeply");
+    const auto nested = [](std::size_t depth) {
+        return R"({"TranscodingRequest":{"Files":)" + std::string(depth, '[') + std::string(depth, ']') +
+               "}}";
+    };
+    ExpectRefused(nested(98), "an entry of Files is no object");
+    ExpectRefused(nested(100000), "nested too deeply");
 }
 
 TEST(PictureBeside, TakesThePlaceOfTheLastExtension)
