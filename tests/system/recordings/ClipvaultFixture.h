@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <string>
 
 namespace SystemTest {
@@ -45,6 +46,9 @@ protected:
             EXPECT_TRUE(library->load());
             return library;
         }();
+        // Qt's own lock is one that the search for races does not see.
+        static auto* const one_at_a_time = new std::mutex;
+        const std::lock_guard<std::mutex> lock(*one_at_a_time);
         const auto address = reinterpret_cast<Function>(module->resolve(name));
         EXPECT_NE(address, nullptr) << name;
         return address;

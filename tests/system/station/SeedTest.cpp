@@ -22,8 +22,15 @@ protected:
     QString Data(const char* name) const { return folder_.filePath(name); }
     static QStringList Words(const QString& data, const QStringList& more)
     {
-        return QStringList{"seed", "--data", data, "--end", "2026-02-01T00:00:00Z", "--minutes", "0"} +
-               more;
+        return QStringList{"seed", "--data", data, "--end", "2026-02-01T00:00:00Z", "--minutes", "0"} + more;
+    }
+
+    static testing::AssertionResult Succeeds(const QStringList& words)
+    {
+        const ProgramResult result = RunStation(words);
+        if (result.exit_code == 0)
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "exit code " << result.exit_code << "\n" << result.errors;
     }
 
     QTemporaryDir folder_;
@@ -80,36 +87,35 @@ TEST_F(StationSeed, SameSeedGivesTheSameSiteAndAnotherAnother)
     const StationProcess first;
     const StationProcess second;
     EXPECT_EQ(AllRows(first), AllRows(second));
-    ASSERT_EQ(RunStation(Words(Data("other"), {"--events", "400", "--seed", "2"})).exit_code, 0);
-    ASSERT_EQ(RunStation(Words(Data("same"), {"--events", "400", "--seed", "1"})).exit_code, 0);
+    ASSERT_TRUE(Succeeds(Words(Data("other"), {"--events", "400", "--seed", "2"})));
+    ASSERT_TRUE(Succeeds(Words(Data("same"), {"--events", "400", "--seed", "1"})));
     EXPECT_NE(ReadBytes(Data("other/station.db")).size(), 0u);
     EXPECT_FALSE(ReadBytes(Data("other/station.db")) == ReadBytes(Data("same/station.db")));
 }
 
 TEST_F(StationSeed, ManyCamerasHaveNamesOfTheirOwn)
 {
-    ASSERT_EQ(
-        RunStation(Words(Data("many"), {"--events", "10", "--cameras", "30", "--weeks", "1"})).exit_code, 0);
+    ASSERT_TRUE(Succeeds(Words(Data("many"), {"--events", "10", "--cameras", "30", "--weeks", "1"})));
     const std::string bytes = ReadBytes(Data("many/station.db"));
     EXPECT_NE(bytes.find("Gate North (3)"), std::string::npos);
 }
 
 TEST_F(StationSeed, StationThatIsThereIsNotThrownAwayUnasked)
 {
-    ASSERT_EQ(RunStation(Words(Data("kept"), {"--events", "10"})).exit_code, 0);
+    ASSERT_TRUE(Succeeds(Words(Data("kept"), {"--events", "10"})));
     const ProgramResult again = RunStation(Words(Data("kept"), {"--events", "20"}));
     EXPECT_EQ(again.exit_code, 1);
     EXPECT_NE(again.errors.find("--replace"), std::string::npos) << again.errors;
-    EXPECT_EQ(RunStation(Words(Data("kept"), {"--events", "20", "--replace"})).exit_code, 0);
+    EXPECT_TRUE(Succeeds(Words(Data("kept"), {"--events", "20", "--replace"})));
 }
 
 TEST_F(StationSeed, ReplacedStationLosesTheOldPictures)
 {
-    ASSERT_EQ(RunStation(Words(Data("kept"), {"--events", "10"})).exit_code, 0);
+    ASSERT_TRUE(Succeeds(Words(Data("kept"), {"--events", "10"})));
     const std::filesystem::path drawn = Data("kept/drawn").toStdString();
     std::filesystem::create_directories(drawn);
     std::ofstream(drawn / "event-1.jpg") << "old";
-    ASSERT_EQ(RunStation(Words(Data("kept"), {"--events", "10", "--replace"})).exit_code, 0);
+    ASSERT_TRUE(Succeeds(Words(Data("kept"), {"--events", "10", "--replace"})));
     EXPECT_FALSE(std::filesystem::exists(drawn / "event-1.jpg"));
 }
 
