@@ -40,16 +40,17 @@ protected:
     template <typename Function>
     static Function Find(const char* name)
     {
-        // One for all threads: Qt loses a library that one thread gives back while another takes it.
-        static auto* const module = [] {
-            auto* const library = new QLibrary(CLIPVAULT_MODULE);
-            EXPECT_TRUE(library->load());
-            return library;
-        }();
-        // Qt's own lock is one that the search for races does not see.
+        return reinterpret_cast<Function>(Address(name));
+    }
+    // One library and one at a time for all threads: Qt loses one that a thread gives back while another
+    // takes it, and its own lock is one that the search for races does not see.
+    static QFunctionPointer Address(const char* name)
+    {
         static auto* const one_at_a_time = new std::mutex;
         const std::lock_guard<std::mutex> lock(*one_at_a_time);
-        const auto address = reinterpret_cast<Function>(module->resolve(name));
+        static auto* const module = new QLibrary(CLIPVAULT_MODULE);
+        EXPECT_TRUE(module->load());
+        const QFunctionPointer address = module->resolve(name);
         EXPECT_NE(address, nullptr) << name;
         return address;
     }
