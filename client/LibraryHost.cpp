@@ -27,8 +27,11 @@ namespace {
 constexpr char kScratchFolder[] = "Fetchyard/";
 constexpr char kTaskStore[] = "tasks.db";
 
-std::string WithSeparator(std::string folder)
+// Tools that the library starts work in folders of their own, so a path must not depend on this one's.
+std::string AbsoluteFolder(const std::string& given)
 {
+    std::string folder =
+        QDir::cleanPath(QDir().absoluteFilePath(QString::fromStdString(given))).toStdString();
     for (char& letter : folder) {
         if (letter == '\\')
             letter = '/';
@@ -49,7 +52,7 @@ bool MakeFolder(const std::string& folder, std::string& reason)
 void ApplyOptions(const HostOptions& options, ZellClientHost::ClientSettings& settings)
 {
     if (!options.save_folder.empty())
-        settings.save_path = WithSeparator(options.save_folder);
+        settings.save_path = AbsoluteFolder(options.save_folder);
     if (settings.save_path.empty())
         settings.save_path = settings.data_path + "Exports/";
     if (!options.station.empty())
@@ -88,7 +91,7 @@ bool MakeSettings(const HostOptions& options, ZellClientHost::ClientSettings& se
 {
     settings = ZellClientHost::GetClientSettings();
     if (!options.data_folder.empty()) {
-        settings.data_path = WithSeparator(options.data_folder);
+        settings.data_path = AbsoluteFolder(options.data_folder);
         settings.public_data_path = settings.data_path + "Public/";
     }
     if (!MakeFolder(settings.data_path, reason))

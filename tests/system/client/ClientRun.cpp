@@ -43,11 +43,11 @@ void ClientRun::SetEnvironment(const QString& name, const QString& value)
 void ClientRun::Start(const QStringList& words)
 {
     QStringList all = in_front_;
-    all << CLIENT_PROGRAM << "--data"
-        << (data_.empty() ? folder_.filePath("data") : QString::fromStdString(data_));
+    const auto place = [this](const QString& name) { return is_relative_ ? name : folder_.filePath(name); };
+    all << CLIENT_PROGRAM << "--data" << (data_.empty() ? place("data") : QString::fromStdString(data_));
     if (!station_.empty())
         all << "--station" << QString::fromStdString(station_);
-    all << "--save" << folder_.filePath(save_) << plugins_ << words << options_;
+    all << "--save" << place(save_) << plugins_ << words << options_;
     output_.clear();
     process_.start(all.front(), all.mid(1));
     ASSERT_TRUE(process_.waitForStarted()) << all.front().toStdString();

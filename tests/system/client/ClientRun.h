@@ -30,6 +30,8 @@ public:
     void UseData(const std::string& folder) { data_ = folder; }
     // Another folder for exports that name none, below the one of the run.
     void UseSave(const QString& name) { save_ = name; }
+    // Tells the client its folders from the working folder on.
+    void UseRelativeFolders() { is_relative_ = true; }
     void UseOption(const QString& word) { options_ << word; }
     void DropOptions() { options_.clear(); }
     void UsePlugin(const std::string& id, const std::string& module);
@@ -67,6 +69,7 @@ private:
     QStringList options_;  // of the command
     std::string data_;
     QString save_ = "out";
+    bool is_relative_ = false;
     std::string station_;
     std::string output_;
 };

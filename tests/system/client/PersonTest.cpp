@@ -181,6 +181,16 @@ TEST_F(ClientPersons, SampleFitsItsSchemaAndRuns)
     EXPECT_TRUE(Exists(Archive("Persons")));
 }
 
+TEST_F(ClientPersons, FoldersToldFromTheWorkingFolderOnAreFoundByTheArchiver)
+{
+    client_.UseRelativeFolders();
+    const auto result =
+        client_.RunRequests({Request("Near", {{"PageIndex", 1}, {"PageSize", 3}, {"Limit", 3}})});
+    EXPECT_EQ(result.exit_code, 0) << result.output;
+    EXPECT_EQ(NamesIn(Archive("Near")), FilesOfSearch({{"Limit", 3}}));
+    EXPECT_EQ(FilesBelow(client_.ExportFolder()), std::vector<std::string>{"Near/Near.zip"});
+}
+
 TEST_F(ClientPersons, RequestThatTheLibraryWouldMisreadIsRefused)
 {
     json quoted = Request("A", {{"PageIndex", 1}, {"PageSize", 3}});
