@@ -152,13 +152,14 @@ private:
     struct Batch
     {
         std::vector<EntryPtr> entries;
-        std::vector<Look> looks;  // one for each entry
-        EntryPtr replaced;        // whose place the only entry takes
+        std::vector<Look> looks;         // one for each entry
+        std::vector<EntryPtr> replaced;  // one for each entry: whose place it takes, or null
     };
 
     // EngineHandOver.cpp
     bool HandOver(const std::vector<TaskPtr>& tasks, const std::string* stored_guid);
     bool Admit(const std::vector<TaskPtr>& tasks, const std::string* stored_guid, Batch& batch);
+    bool FindReplaced(const std::string& guid, EntryPtr& replaced);
     EntryPtr AdmitOne(const TaskPtr& task, std::string guid);
     static Look LookAt(TaskEntry& entry);
     Changes Register(const Batch& batch);
@@ -191,7 +192,6 @@ private:
 
     // EngineList.cpp
     bool ListSome(std::uint64_t& next_place, std::vector<TaskView>& views);
-    EntryPtr FindLiving(const std::string& guid);
     void AddStored(StoredTask task);
     void RemoveEntries(const std::vector<EntryPtr>& going);
     void Forget(const EntryPtr& entry);

@@ -79,17 +79,37 @@ bool Engine::Admit(const std::vector<TaskPtr>& tasks, const std::string* stored_
     });
     if (busy)
         return false;
-    if (stored_guid != nullptr) {
-        const auto stored = by_guid_.find(*stored_guid);
-        if (stored == by_guid_.end() || stored->second->task || stored->second->phase != Phase::Ended)
+    batch.replaced.resize(tasks.size());
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        if (!FindReplaced(guids[i], batch.replaced[i]))
             return false;
-        batch.replaced = stored->second;
-        batch.replaced->phase = Phase::Going;
+    }
+    if (stored_guid != nullptr) {
+        EntryPtr& replaced = batch.replaced.front();
+        if (replaced || !FindReplaced(*stored_guid, replaced) || !replaced)
+            return false;
+    }
+    for (const EntryPtr& replaced : batch.replaced) {
+        if (replaced)
+            replaced->phase = Phase::Going;
     }
     batch.entries.reserve(tasks.size());
     for (std::size_t i = 0; i < tasks.size(); ++i)
         batch.entries.push_back(AdmitOne(tasks[i], std::move(guids[i])));
     ++entering_;
+    return true;
+}
+
+// The lock is held. The stored task of that guid, which a task may have left itself when the engine went
+// down. False if it is on its way out of the list.
+bool Engine::FindReplaced(const std::string& guid, EntryPtr& replaced)
+{
+    const auto stored = by_guid_.find(guid);
+    if (stored == by_guid_.end() || stored->second->task)
+        return true;
+    if (stored->second->phase != Phase::Ended)
+        return false;
+    replaced = stored->second;
     return true;
 }
 
@@ -128,12 +148,14 @@ Engine::Look Engine::LookAt(TaskEntry& entry)
 Changes Engine::Register(const Batch& batch)
 {
     Changes changes;
-    if (batch.replaced)
-        changes.push_back({Change::Kind::Remove, batch.replaced->kept, nullptr});
+    for (const EntryPtr& replaced : batch.replaced) {
+        if (replaced)
+            changes.push_back({Change::Kind::Remove, replaced->kept, nullptr});
+    }
     const std::lock_guard<std::mutex> lock(mutex_);
     for (std::size_t i = 0; i < batch.entries.size(); ++i) {
         TaskEntry& entry = *batch.entries[i];
-        RegisterOne(entry, batch.looks[i], batch.replaced.get());
+        RegisterOne(entry, batch.looks[i], batch.replaced[i].get());
         changes.push_back({Change::Kind::Put, entry.kept, entry.resume_text});
     }
     return changes;
@@ -190,8 +212,10 @@ void Engine::MakeKnown(const EntryPtr& entry)
 bool Engine::Enqueue(const Batch& batch)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (batch.replaced)
-        by_guid_.erase(batch.replaced->guid);
+    for (const EntryPtr& replaced : batch.replaced) {
+        if (replaced)
+            by_guid_.erase(replaced->guid);
+    }
     for (const EntryPtr& entry : batch.entries) {
         MakeKnown(entry);
         entry->phase = Phase::Waiting;

@@ -413,6 +413,29 @@ TEST(Store, AStartedAgainTaskKeepsItsGuidAndItsPlace)
     EXPECT_FALSE(store->StartAgain(task->GetGuid()));  // its object is gone
 }
 
+// Its object has outlived the engine, which knows it as a stored one.
+TEST(Store, ATaskThatComesBackAfterTheEngineWentDownIsInTheListOnce)
+{
+    StoreRig store;
+    const auto task = MakeRecorded(&Succeed);
+    const auto other = MakeRecorded(&Succeed, "Other");
+    ASSERT_TRUE(store.Rig().Add({task, other}));
+    ASSERT_TRUE(store.Rig().Settle());
+    ASSERT_TRUE(store->Unit());
+    ASSERT_TRUE(store->Init());
+    EXPECT_FALSE(store->AddInPlaceOf(other->GetGuid(), task));  // it has a place of its own
+    ASSERT_TRUE(store.Rig().Add({task}));
+    ASSERT_TRUE(store.Rig().Settle());
+    EXPECT_EQ(task->runs, 2);
+    const Guids both{task->GetGuid(), other->GetGuid()};
+    EXPECT_EQ(GuidsOf(store->List()), both);
+    EXPECT_FALSE(store.View(task->GetGuid()).is_stored_only);
+    store.Restart();
+    EXPECT_EQ(GuidsOf(store->List()), both);
+    EXPECT_TRUE(store->Remove(task->GetGuid()));
+    EXPECT_EQ(GuidsOf(store->List()), Guids{other->GetGuid()});
+}
+
 TEST(Store, WhatIsRemovedStaysAway)
 {
     StoreRig store;
