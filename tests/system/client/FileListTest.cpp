@@ -41,10 +41,6 @@ protected:
                 {"RequestUrl", url}};
     }
     std::string Path(const std::string& name) const { return client_.ExportFolder() + "list/" + name; }
-    void ExpectWords(const ClientRun::Result& result, const std::string& words)
-    {
-        EXPECT_NE(result.output.find(words), std::string::npos) << result.output;
-    }
 };
 
 constexpr char kFirmware[] = "/files/firmware-2.4.1.bin";

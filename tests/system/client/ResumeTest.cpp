@@ -68,10 +68,6 @@ protected:
             states.push_back(task["Name"].get<std::string>() + " " + task["State"].get<std::string>());
         return states;
     }
-    static void ExpectWords(const ClientRun::Result& result, const std::string& words)
-    {
-        EXPECT_NE(result.output.find(words), std::string::npos) << result.output;
-    }
 };
 
 using Words = std::vector<std::string>;

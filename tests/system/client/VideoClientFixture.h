@@ -44,10 +44,6 @@ protected:
         EXPECT_EQ(NamesIn(Stamping()), std::vector<std::string>{});
         EXPECT_EQ(NamesIn(Fetching()), std::vector<std::string>{});
     }
-    static void ExpectWords(const ClientRun::Result& result, const std::string& words)
-    {
-        EXPECT_NE(result.output.find(words), std::string::npos) << result.output;
-    }
 };
 
 }  // namespace SystemTest

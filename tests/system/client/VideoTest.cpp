@@ -5,8 +5,6 @@
 #include <QDateTime>
 #include <QRect>
 
-#include <cstdlib>
-
 using nlohmann::json;
 using namespace SystemTest;
 
@@ -50,15 +48,6 @@ double Covered(const QImage& image, const QRect& part)
         for (int x = part.left(); x <= part.right(); ++x)
             count += IsMagenta(image.pixel(x, y)) ? 1 : 0;
     return static_cast<double>(count) / (part.width() * part.height());
-}
-
-double Distance(const QImage& one, const QImage& other, const QRect& part)
-{
-    double sum = 0;
-    for (int y = part.top(); y <= part.bottom(); ++y)
-        for (int x = part.left(); x <= part.right(); ++x)
-            sum += std::abs(qGray(one.pixel(x, y)) - qGray(other.pixel(x, y)));
-    return sum / (part.width() * part.height());
 }
 
 // Exports of videos from the minute that the station has recorded.

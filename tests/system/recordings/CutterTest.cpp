@@ -2,6 +2,10 @@
 #include "station/Recording/ClipCutter.h"
 #include "station/Recording/ParameterSets.h"
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 using namespace SystemTest;
 using Station::RecordingPart;
 using Station::TimeSpan;

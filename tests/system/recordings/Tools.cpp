@@ -3,6 +3,7 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -61,6 +62,15 @@ QImage FrameAt(const std::string& path, double second)
         RunTool("ffmpeg", {"-v", "quiet", "-i", QString::fromStdString(path), "-ss", QString::number(second),
                            "-frames:v", "1", "-f", "image2pipe", "-c:v", "png", "-"});
     return QImage::fromData(QByteArray::fromStdString(picture.output), "PNG");
+}
+
+double Distance(const QImage& one, const QImage& other, const QRect& part)
+{
+    double sum = 0;
+    for (int y = part.top(); y <= part.bottom(); ++y)
+        for (int x = part.left(); x <= part.right(); ++x)
+            sum += std::abs(qGray(one.pixel(x, y)) - qGray(other.pixel(x, y)));
+    return sum / (part.width() * part.height());
 }
 
 std::string ReadBytes(const std::string& path)

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <QImage>
+#include <QRect>
 #include <QStringList>
 
 #include <string>
@@ -27,6 +28,8 @@ void MakeVideo(const std::string& path, const QStringList& words);
 
 // The picture that shows at that second, counted from the first one; null if there is none.
 QImage FrameAt(const std::string& path, double second);
+// How far the greys of two pictures are apart in a part of them, 0 to 255.
+double Distance(const QImage& one, const QImage& other, const QRect& part);
 
 std::string ReadBytes(const std::string& path);
 void WriteBytes(const std::string& path, const std::string& bytes);
