@@ -3,6 +3,7 @@
 #include "Engine/Engine.h"
 #include "SensitiveAccount.h"
 #include "ZellBase/Leaving.h"
+#include "ZellBaseHost/PerThread.h"
 
 #include <atomic>
 #include <utility>
@@ -14,7 +15,12 @@ namespace FetchyardLogical {
 namespace {
 
 // The snapshot that this thread was given last: its reference stays good although newer ones exist.
-thread_local std::shared_ptr<const details::TaskMap> pinned_snapshot;
+std::shared_ptr<const details::TaskMap>& PinnedSnapshot()
+{
+    using Snapshot = std::shared_ptr<const details::TaskMap>;
+    static const auto& pinned = *new Zell::Base::details::CPerThread<Snapshot>();
+    return pinned.Value();
+}
 
 }  // namespace
 
@@ -54,7 +60,7 @@ bool CDownloadTaskManager::Unit()
     // A thread that is held back for good can't be waited for.
     if (Zell::Base::details::IsProcessLeaving() || !core_->engine->Unit())
         return false;
-    pinned_snapshot.reset();
+    PinnedSnapshot().reset();
     return true;
 }
 
@@ -78,8 +84,9 @@ bool CDownloadTaskManager::AddTransferTask(
 const std::map<unsigned int, std::shared_ptr<ZellTaskKit::CDownloadTaskBase>>&
 CDownloadTaskManager::GetAllTask()
 {
-    pinned_snapshot = core_->engine->Snapshot();
-    return *pinned_snapshot;
+    auto& pinned = PinnedSnapshot();
+    pinned = core_->engine->Snapshot();
+    return *pinned;
 }
 
 bool CDownloadTaskManager::SetSensitiveInfoToTask(const std::string& text)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZellBaseHost/PerThread.h"
+
 #include <simdjson.h>
 
 #include <cstddef>
@@ -99,7 +101,8 @@ bool ReadJson(std::string& body, const Read& read)
     // A parser keeps five bytes of scratch memory for each byte of the largest answer it has seen; above this
     // size of answer it is not worth keeping.
     constexpr std::size_t most_kept_bytes = 16u << 20;
-    thread_local od::parser parser;
+    static const auto& parsers = *new Zell::Base::details::CPerThread<od::parser>();
+    od::parser& parser = parsers.Value();
     // The parser looks beyond the end of the text, but not at what stands there.
     if (body.capacity() - body.size() < simdjson::SIMDJSON_PADDING)
         body.reserve(body.size() + simdjson::SIMDJSON_PADDING);

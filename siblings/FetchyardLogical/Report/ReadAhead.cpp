@@ -1,5 +1,6 @@
 #include "Report/ReadAhead.h"
 
+#include "ZellBaseHost/PerThread.h"
 #include "ZellBaseHost/ProcessExit.h"
 
 #include <condition_variable>
@@ -35,8 +36,8 @@ struct OnItsWay
 
 std::unique_ptr<OnItsWay>& OfThisThread()
 {
-    thread_local std::unique_ptr<OnItsWay> on_its_way;
-    return on_its_way;
+    static const auto& on_its_way = *new Zell::Base::details::CPerThread<std::unique_ptr<OnItsWay>>();
+    return on_its_way.Value();
 }
 
 bool IsSame(const RequstData& left, const RequstData& right)
