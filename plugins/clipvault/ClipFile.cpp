@@ -1,6 +1,7 @@
 #include "plugins/clipvault/ClipFile.h"
 
 #include "NQX/NQX.h"
+#include "NQXHost/Path.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Log.h"
 #include "ZellBase/Util.h"
@@ -130,7 +131,7 @@ ErrorCode ClipFile::MoveTo(const std::string& target)
     if (closed.iFirstCode != 0 || closed.iSecondCode != 0)
         return closed;
     std::error_code error;
-    fs::rename(fs::u8path(path_), fs::u8path(target), error);
+    fs::rename(NQX_Path(path_), NQX_Path(target), error);
     if (IsOtherSystem(error))
         return CopyTo(target);
     if (error)
@@ -145,8 +146,8 @@ ErrorCode ClipFile::CopyTo(const std::string& target) const
     const std::string making = target + "." + Zell::Base::GuidUtil::CreateGuid();
     std::error_code error;
     {
-        std::ifstream from(fs::u8path(path_), std::ios::binary);
-        std::ofstream to(fs::u8path(making), std::ios::binary);
+        std::ifstream from(NQX_Path(path_), std::ios::binary);
+        std::ofstream to(NQX_Path(making), std::ios::binary);
         std::vector<char> piece(kCopyBytes);
         while (from && to && !download_.is_stopped) {
             from.read(piece.data(), static_cast<std::streamsize>(piece.size()));
@@ -154,15 +155,15 @@ ErrorCode ClipFile::CopyTo(const std::string& target) const
         }
         to.close();
         if (!from.eof() || from.bad() || !to || download_.is_stopped) {
-            fs::remove(fs::u8path(making), error);
+            fs::remove(NQX_Path(making), error);
             return kNotSaved;
         }
     }
-    fs::rename(fs::u8path(making), fs::u8path(target), error);
+    fs::rename(NQX_Path(making), NQX_Path(target), error);
     if (!error)
         return {};
     const ErrorCode failure(0, error.value());
-    fs::remove(fs::u8path(making), error);
+    fs::remove(NQX_Path(making), error);
     return failure;
 }
 

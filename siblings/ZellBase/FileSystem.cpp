@@ -1,6 +1,7 @@
 #include "ZellBase/FileSystem.h"
 
 #include "NQX/NQX.h"
+#include "NQXHost/Path.h"
 #include "NQXHost/SystemText.h"
 #include "Platform/Files.h"
 
@@ -71,11 +72,10 @@ public:
 private:
     void List(const std::string& folder, std::vector<std::string>& folders)
     {
-        std::error_code error;
-        fs::directory_iterator entry(fs::u8path(folder), error);
-        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-            Add(folder, entry->path().filename().u8string(), folders);
-        Keep(error.value());
+        std::vector<std::string> names;
+        Keep(details::ListNames(folder, names));
+        for (const std::string& name : names)
+            Add(folder, name, folders);
     }
 
     void Add(const std::string& folder, const std::string& name, std::vector<std::string>& folders)
@@ -120,7 +120,9 @@ int MakeFullDir(const char* path)
 {
     const std::string folder = NQX_PathText(path);
     std::error_code error;
-    fs::create_directories(fs::u8path(folder), error);
+    fs::create_directories(NQX_Path(folder), error);
+    if (error == std::errc::not_a_directory)
+        return Result(details::kErrorNoFolder);  // some libraries make this one up themselves
     return Result(error ? error.value() : FolderError(folder));
 }
 
@@ -180,9 +182,7 @@ int RemoveDirRecursively(const char* path)
     const int missing = FolderError(folder);
     if (missing != 0)
         return Result(missing);
-    std::error_code error;
-    fs::remove_all(fs::u8path(folder), error);
-    return Result(error.value());
+    return Result(details::RemoveWholeFolder(folder));
 }
 
 int GetCurExePath(char* buffer, int size)

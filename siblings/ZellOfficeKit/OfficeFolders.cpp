@@ -1,5 +1,6 @@
 #include "ZellOfficeKitHost/OfficeFolders.h"
 
+#include "NQXHost/Path.h"
 #include "OfficeFiles.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Util.h"
@@ -90,28 +91,28 @@ std::string PrepareWorkFolder()
 bool MoveIntoPlace(const std::string& source, const std::string& target)
 {
     std::error_code error;
-    fs::rename(fs::u8path(source), fs::u8path(target), error);
+    fs::rename(NQX_Path(source), NQX_Path(target), error);
     if (!error)
         return true;
-    const fs::path beside = fs::u8path(target).parent_path() / ("." + Zell::Base::GuidUtil::CreateGuid());
+    const fs::path beside = NQX_Path(target).parent_path() / ("." + Zell::Base::GuidUtil::CreateGuid());
     if (Zell::Base::FileSystem::CopyFileW(source.c_str(), beside.u8string().c_str(), 0) != 0) {
         fs::remove(beside, error);
         return false;
     }
-    fs::rename(beside, fs::u8path(target), error);
+    fs::rename(beside, NQX_Path(target), error);
     if (error) {
         std::error_code ignored;
         fs::remove(beside, ignored);
         return false;
     }
-    fs::remove(fs::u8path(source), error);
+    fs::remove(NQX_Path(source), error);
     return true;
 }
 
 std::string MoveAside(const std::string& path, const std::string& name, const std::string& what)
 {
     std::error_code error;
-    const fs::file_status status = fs::status(fs::u8path(path), error);
+    const fs::file_status status = fs::status(NQX_Path(path), error);
     if (!fs::exists(status))
         return {};
     if (!fs::is_regular_file(status))
@@ -122,13 +123,13 @@ std::string MoveAside(const std::string& path, const std::string& name, const st
                                Zell::Base::GuidUtil::CreateGuid() + own.extension().u8string();
     if (MakeOwnFolder(fs::u8path(folder)) && MoveIntoPlace(path, target))
         return what + " is now " + target;
-    const bool is_removed = fs::remove(fs::u8path(path), error);
+    const bool is_removed = fs::remove(NQX_Path(path), error);
     return what + (is_removed ? " was removed" : " can't be removed");
 }
 
 bool CanBeCreated(const std::string& path)
 {
-    const fs::path target = fs::u8path(path);
+    const fs::path target = NQX_Path(path);
     std::error_code error;
     const fs::file_status status = fs::status(target, error);
     if (!fs::exists(status))

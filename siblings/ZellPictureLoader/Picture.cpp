@@ -1,6 +1,7 @@
 #include "Picture.h"
 
 #include "NQX/NQX.h"
+#include "NQXHost/Path.h"
 #include "ZellBase/FileSystem.h"
 
 #include <algorithm>
@@ -85,7 +86,7 @@ ErrorCode CPicture::ReadInto(std::string& data) const
     }
     std::string bytes(static_cast<std::size_t>(size_), '\0');
     errno = 0;
-    std::ifstream file(std::filesystem::u8path(file_), std::ios::binary);
+    std::ifstream file(NQX_Path(file_), std::ios::binary);
     if (!file.read(bytes.data(), static_cast<std::streamsize>(bytes.size())))
         return ErrorCode(0, errno != 0 ? errno : EIO);
     data = std::move(bytes);

@@ -1,6 +1,7 @@
 #include "Engine/OwnFolder.h"
 
 #include "Log.h"
+#include "NQXHost/Path.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellTaskKit/ClientServices.h"
 
@@ -36,7 +37,7 @@ std::string NormalFolder(const std::string& folder)
 bool HoldsNoFile(const std::string& folder)
 {
     std::error_code error;
-    const fs::path path = fs::u8path(folder);
+    const fs::path path = NQX_Path(folder);
     if (!fs::exists(path, error))
         return !error;
     fs::recursive_directory_iterator entry(path, error);

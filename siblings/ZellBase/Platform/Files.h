@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 // What differs between systems in the file layer. Paths are UTF-8. 0 or the system's error number, except
 // where said.
@@ -23,6 +24,10 @@ int RemoveFile(const std::string& path);
 int CopyWhole(const std::string& source, const std::string& target, bool fail_if_exists);
 // sets is_other_system if the two lie on different file systems.
 int Rename(const std::string& source, const std::string& target, bool& is_other_system);
+// The names in a folder but for "." and "..", in no order; what was read before an error stays in names.
+int ListNames(const std::string& folder, std::vector<std::string>& names);
+// With all that is in it. Links go, and not what they point to.
+int RemoveWholeFolder(const std::string& folder);
 // Full path of the running program; empty if the system does not tell.
 std::string ProgramPath();
 

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 namespace Zell::Base::details {
 namespace {
@@ -91,6 +93,22 @@ int Rename(const std::string& source, const std::string& target, bool& is_other_
         return 0;
     is_other_system = errno == EXDEV;
     return errno;
+}
+
+int ListNames(const std::string& folder, std::vector<std::string>& names)
+{
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
+        names.push_back(entry->path().filename().string());
+    return error.value();
+}
+
+int RemoveWholeFolder(const std::string& folder)
+{
+    std::error_code error;
+    std::filesystem::remove_all(folder, error);
+    return error.value();
 }
 
 std::string ProgramPath()

@@ -1,7 +1,7 @@
-#include "ZellBase/CommandLine.h"
 #include "NQX/NQX.h"
 #include "NQXHost/ProgramSearch.h"
 #include "NQXHost/SystemText.h"
+#include "ZellBase/CommandLine.h"
 #include "ZellBase/Util.h"
 #include "ZellBaseHost/ProcessExit.h"
 

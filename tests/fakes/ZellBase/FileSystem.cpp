@@ -4,6 +4,8 @@
 #include "fakes/Script.h"
 #include "NQX/NQX.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -37,17 +39,27 @@ void* NoHandle()
     return NoFile();
 }
 
+// Names of no UTF-8 have no other form where names are wide.
+fs::path PathOf(const std::string& text)
+{
+    try {
+        return fs::u8path(text);
+    } catch (const fs::filesystem_error&) {
+        return QString::fromUtf8(text.c_str()).toStdWString();
+    }
+}
+
 template <typename Iterator>
 void ListFiles(const SearchFileParam& search, std::vector<FileInfo>& files)
 {
     std::error_code error;
-    for (Iterator it(search.folder, error), end; !error && it != end; it.increment(error)) {
+    for (Iterator it(PathOf(search.folder), error), end; !error && it != end; it.increment(error)) {
         std::error_code ignored;
         if (it->is_directory(ignored) && !search.with_folders)
             continue;
         FileInfo info;
-        info.name = it->path().filename().string();
-        info.path = it->path().string();
+        info.name = it->path().filename().u8string();
+        info.path = it->path().generic_u8string();
         info.size = it->is_directory(ignored) ? 0 : static_cast<long long>(it->file_size(ignored));
         files.push_back(info);
     }
@@ -58,7 +70,7 @@ void ListFiles(const SearchFileParam& search, std::vector<FileInfo>& files)
 int DirectoryExists(const char* path)
 {
     std::error_code ignored;
-    const bool exists = fakes::TheScript().every_folder_exists || fs::is_directory(path, ignored);
+    const bool exists = fakes::TheScript().every_folder_exists || fs::is_directory(PathOf(path), ignored);
     if (!fakes::Call("DirectoryExists", std::string(path) + (exists ? "" : " -> missing")))
         return Refused();
     return exists ? 0 : -1;
@@ -69,7 +81,7 @@ int MakeFullDir(const char* path)
     if (!fakes::Call("MakeFullDir", path))
         return Refused();
     std::error_code error;
-    fs::create_directories(path, error);
+    fs::create_directories(PathOf(path), error);
     return Result(error);
 }
 
@@ -110,7 +122,7 @@ int DeleteFileW(const char* path)
     if (!fakes::Call("DeleteFileW", path))
         return Refused();
     std::error_code error;
-    if (!fs::remove(path, error) && !error)
+    if (!fs::remove(PathOf(path), error) && !error)
         error = std::make_error_code(std::errc::no_such_file_or_directory);
     return Result(error);
 }
@@ -121,7 +133,7 @@ int CopyFileW(const char* source, const char* target, int fail_if_exists)
     if (!fakes::Call("CopyFileW", names))
         return Refused();
     std::error_code error;
-    fs::copy_file(source, target,
+    fs::copy_file(PathOf(source), PathOf(target),
                   fail_if_exists == 0 ? fs::copy_options::overwrite_existing : fs::copy_options::none, error);
     return Result(error);
 }
@@ -131,7 +143,7 @@ int RenameFile(const char* source, const char* target)
     if (!fakes::Call("RenameFile", std::string(source) + " " + target))
         return Refused();
     std::error_code error;
-    fs::rename(source, target, error);
+    fs::rename(PathOf(source), PathOf(target), error);
     return Result(error);
 }
 
@@ -140,7 +152,7 @@ int RemoveDirRecursively(const char* path)
     if (!fakes::Call("RemoveDirRecursively", path))
         return Refused();
     std::error_code error;
-    fs::remove_all(path, error);
+    fs::remove_all(PathOf(path), error);
     return Result(error);
 }
 
@@ -159,7 +171,7 @@ int GetFilesInDir(const SearchFileParam& search, std::vector<FileInfo>& files)
     if (!fakes::Call("GetFilesInDir", search.folder + flags))
         return Refused();
     std::error_code ignored;
-    if (!fs::is_directory(search.folder, ignored))
+    if (!fs::is_directory(PathOf(search.folder), ignored))
         return -1;
     if (search.recursive)
         ListFiles<fs::recursive_directory_iterator>(search, files);

@@ -1,3 +1,4 @@
+#include "tests/unit/ZellBase/Pattern.h"
 #include "ZellBase/Util.h"
 
 #include <gmock/gmock.h>
@@ -9,9 +10,8 @@ using Zell::Base::GuidUtil::CreateGuid;
 
 TEST(Guid, HasItsFiveGroupsOfLowerCaseDigits)
 {
-    EXPECT_THAT(CreateGuid(),
-                ::testing::MatchesRegex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-"
-                                        "[0-9a-f]{12}"));
+    EXPECT_THAT(CreateGuid(), FitsPattern("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-"
+                                          "[0-9a-f]{12}"));
 }
 
 TEST(Guid, IsNewEachTime)

@@ -1,4 +1,5 @@
 #include "tests/unit/TempFolder.h"
+#include "tests/unit/ZellBase/Pattern.h"
 #include "ZellBase/Log.h"
 #include "ZellBaseHost/LogHost.h"
 
@@ -53,9 +54,8 @@ TEST_F(Log, LineHasTimeLevelModuleAndText)
     IOXTFormatLog(5, "FetchyardBussiness", "[%s]failed[%s(%d)]", "A::Exec", "a.cpp", 14);
     const auto lines = Lines();
     ASSERT_EQ(lines.size(), 3u);
-    EXPECT_THAT(lines[0],
-                ::testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} I "
-                                        "FetchyardBussiness \\[A::Exec\\]page 7\\[a\\.cpp\\(12\\)\\]"));
+    EXPECT_THAT(lines[0], FitsPattern("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} I "
+                                      "FetchyardBussiness \\[A::Exec\\]page 7\\[a\\.cpp\\(12\\)\\]"));
     EXPECT_THAT(lines[1], HasSubstr(" W FetchyardBussiness [A::Exec]stopped"));
     EXPECT_THAT(lines[2], HasSubstr(" E FetchyardBussiness [A::Exec]failed"));
 }

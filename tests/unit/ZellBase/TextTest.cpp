@@ -1,3 +1,4 @@
+#include "tests/unit/ZellBase/Pattern.h"
 #include "ZellBase/Util.h"
 
 #include <gmock/gmock.h>
@@ -50,7 +51,7 @@ TEST(ShortDatetime, IsTheLocalTimeWithoutSeparators)
 TEST(ShortDatetime, BeyondTheCalendarStillNamesAFolder)
 {
     const std::string name = TimeT2StrShortDatetime(std::numeric_limits<std::int64_t>::max());
-    EXPECT_THAT(name, ::testing::MatchesRegex("[0-9]+"));
+    EXPECT_THAT(name, FitsPattern("[0-9]+"));
 }
 
 TEST(CodePages, LeaveUtf8AloneWhereItIsTheCodePage)

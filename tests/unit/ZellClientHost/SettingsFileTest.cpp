@@ -66,15 +66,6 @@ TEST_F(SettingsFile, ComesBackAsItWasSaved)
     EXPECT_EQ(settings_.sites, saved.sites);
 }
 
-TEST_F(SettingsFile, IsForItsOwnerOnly)
-{
-    std::ofstream(path_) << "{}";
-    fs::permissions(path_, fs::perms::all);
-    ASSERT_TRUE(ZellClientHost::SaveClientSettings(path_, FullSettings(), reason_)) << reason_;
-    EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()), 1);
-}
-
 TEST_F(SettingsFile, CannotBeSavedInAFolderThatIsNotThere)
 {
     EXPECT_FALSE(

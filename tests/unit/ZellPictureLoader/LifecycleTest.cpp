@@ -1,6 +1,8 @@
 #include "LoaderFixture.h"
 #include "ZellPictureLoaderHost/WarmUp.h"
 
+#include <QByteArray>
+
 #include <atomic>
 #include <cstdlib>
 #include <future>
@@ -155,7 +157,7 @@ TEST_F(PictureLibrary, ProcessThatLeavesInTheMiddleExitsCleanlyAndItsFolderIsRem
     // The child runs this test from its start, so the folder comes from its environment.
     const char* inherited = std::getenv(kRootName);
     const std::string root = inherited != nullptr ? inherited : (folder_ / "shared").u8string();
-    ::setenv(kRootName, root.c_str(), 1);
+    qputenv(kRootName, root.c_str());
     EXPECT_EXIT(
         {
             InitZellPictureLoader(root);
@@ -165,7 +167,7 @@ TEST_F(PictureLibrary, ProcessThatLeavesInTheMiddleExitsCleanlyAndItsFolderIsRem
             std::exit(0);
         },
         ::testing::ExitedWithCode(0), "");
-    ::unsetenv(kRootName);
+    qunsetenv(kRootName);
     EXPECT_EQ(CountEntries(root), 2u);
     ASSERT_TRUE(InitZellPictureLoader(root));
     EXPECT_EQ(CountEntries(root), 2u);
@@ -179,7 +181,7 @@ TEST_F(PictureLibrary, ClientsOfOneFolderLeaveEachOtherAlone)
     constexpr char kRootName[] = "PICTURE_TEST_CACHE_ROOT";
     const char* inherited = std::getenv(kRootName);
     const std::string root = inherited != nullptr ? inherited : (folder_ / "shared").u8string();
-    ::setenv(kRootName, root.c_str(), 1);
+    qputenv(kRootName, root.c_str());
     if (inherited == nullptr) {
         ASSERT_TRUE(InitZellPictureLoader(root));
         EXPECT_EQ(Load(OrdinaryKey("/pictures/a.jpg")), "0/0");
@@ -193,7 +195,7 @@ TEST_F(PictureLibrary, ClientsOfOneFolderLeaveEachOtherAlone)
             std::exit(started && text == "0/0" ? 0 : 1);
         },
         ::testing::ExitedWithCode(0), "");
-    ::unsetenv(kRootName);
+    qunsetenv(kRootName);
     EXPECT_EQ(Load(OrdinaryKey("/pictures/a.jpg")), "0/0");
     EXPECT_EQ(server_.Total(), 1u);
     UninitZellPictureLoader();

@@ -1,5 +1,6 @@
 #include "NQX/NQX.h"
 #include "tests/unit/TempFolder.h"
+#include "tests/unit/ZellBase/Files.h"
 #include "ZellBase/FileSystem.h"
 #include "ZellBase/Log.h"
 #include "ZellBaseHost/LogHost.h"
@@ -15,7 +16,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 
@@ -50,13 +50,6 @@ private:
 int ToDescriptor(void* handle)
 {
     return static_cast<int>(reinterpret_cast<std::intptr_t>(handle));
-}
-
-std::string Content(const std::string& path)
-{
-    std::stringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
 }
 
 std::size_t Entries(const fs::path& folder)

@@ -5,10 +5,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 
 namespace picture_test {
 namespace {
 
+namespace fs = std::filesystem;
 using ZellPictureLoader::GetLoaderStatistics;
 using ZellPictureLoader::WarmPictures;
 
@@ -96,6 +98,17 @@ TEST_F(PictureDisk, WarmUpEndsWhenTheCacheCannotBeWritten)
     EXPECT_LT(server_.Total(), 1000u);
     EXPECT_EQ(GetLoaderStatistics().queued, 0u);
     EXPECT_EQ(Load(OrdinaryKey("/pictures/999.jpg")), "0/0");
+}
+
+TEST_F(PictureDisk, TargetCanLieOnAnotherFileSystem)
+{
+    const fs::path other = fs::path("/dev/shm") / folder_.filename();
+    fs::create_directories(other);
+    const fs::path target = other / "out.jpg";
+    EXPECT_EQ(Load(OrdinaryKey("/pictures/a.jpg"), target.u8string()), "0/0");
+    EXPECT_EQ(ReadFile(target), PictureOf("/pictures/a.jpg"));
+    EXPECT_EQ(CountEntries(other), 1u);
+    fs::remove_all(other);
 }
 
 }  // namespace
