@@ -22,8 +22,9 @@ namespace FileSystem = Zell::Base::FileSystem;
 constexpr char kFileName[] = "fetchyard.json";
 constexpr char kSavePath[] = "/SavePath";
 
-// Updates read the file, change it and replace it: one at a time.
-std::mutex& UpdateMutex()
+// Updates read the file, change it and replace it: one at a time. Not every system lets a file be replaced
+// while somebody reads it, so readers wait, too.
+std::mutex& FileMutex()
 {
     static auto* const mutex = new std::mutex;
     return *mutex;
@@ -71,8 +72,11 @@ bool ReplaceConfiguration(const std::string& path, const std::string& text)
 bool CConfigMananger::GetConfigurationInfo(ConfigurationInfo& info)
 {
     ZellNetLink::CRapidJsonProto json;
-    if (!ReadConfiguration(FilePath(), json))
-        return false;
+    {
+        const std::lock_guard<std::mutex> lock(FileMutex());
+        if (!ReadConfiguration(FilePath(), json))
+            return false;
+    }
     const std::string path = json.get_v(kSavePath, std::string());
     if (path.empty())
         return false;
@@ -84,7 +88,7 @@ bool CConfigMananger::UpdateConfiguration(ConfigurationInfo& info, Configuration
 {
     if (type != SavePathConfiguration)
         return false;
-    const std::lock_guard<std::mutex> lock(UpdateMutex());
+    const std::lock_guard<std::mutex> lock(FileMutex());
     const std::string path = FilePath();
     ZellNetLink::CRapidJsonProto json;
     // What is no configuration is written anew; members of other versions stay.
