@@ -66,15 +66,15 @@ void ApplyOptions(const HostOptions& options, ZellClientHost::ClientSettings& se
     }
 }
 
-// The plug-ins that come with the client, as far as they are there: below the build's folder of libraries, or
-// the installation's.
+// The plug-ins that come with the client, as far as they are there: below the folder of the libraries, be it
+// the build's, the installation's, or that of the program itself.
 std::map<std::string, std::string> OwnPlugins()
 {
     constexpr std::pair<const char*, const char*> kOwn[] = {{"clipvault.c", "clipvault"},
                                                             {"evidence.c", "evidence"}};
     const QString programs = QCoreApplication::applicationDirPath();
     std::map<std::string, std::string> found;
-    for (const char* folder : {"/../lib/plugins", INSTALLED_PLUGINS}) {
+    for (const char* folder : {"/../lib/plugins", INSTALLED_PLUGINS, "/plugins"}) {
         for (const QFileInfo& file : QDir(programs + folder).entryInfoList(QDir::Files)) {
             for (const auto& [id, name] : kOwn) {
                 if (file.completeBaseName() == name && QLibrary::isLibrary(file.fileName()))

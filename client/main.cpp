@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -177,6 +178,7 @@ int main(int argc, char** argv)
     CLI::App app("Runs downloads and exports of a video-security station.", "fetchyard");
     app.set_version_flag("--version", "fetchyard " FETCHYARD_VERSION, "print the version and exit");
     app.require_subcommand(1);
+    app.allow_windows_style_options(false);  // a path may begin with a slash
     app.fallthrough();
     AddHostOptions(app, line);
     CLI::App* run = app.add_subcommand("run", "run request files and wait for their ends");
@@ -198,7 +200,14 @@ int main(int argc, char** argv)
         ->type_name("FILE");
     AddUiWord(app, line);
     const TaskWords task_words = AddTaskWords(app, line);
-    CLI11_PARSE(app, argc, argv);
+    try {
+        // The parser takes the words from the last to the first.
+        std::vector<std::string> words = CommandWords(argc, argv);
+        std::reverse(words.begin(), words.end());
+        app.parse(words);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error);
+    }
     const bool has_window = app.got_subcommand("ui");
     if (has_window && !HasDisplay()) {
         std::cerr << "there is no display to show a window on\n";

@@ -28,6 +28,11 @@ bool HasDisplay()
     return false;
 }
 
+std::vector<std::string> CommandWords(int argc, char** argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
 long ProcessNumber()
 {
     return getpid();

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <filesystem>
+
 namespace FetchyardClient {
 
 bool IsTerminal()
@@ -24,6 +26,18 @@ bool HasDisplay()
     return true;
 }
 
+// The text that main gets has been through the code page, which lacks letters.
+std::vector<std::string> CommandWords(int /*argc*/, char** /*argv*/)
+{
+    std::vector<std::string> words;
+    int count = 0;
+    wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    for (int i = 1; i < count; ++i)
+        words.push_back(std::filesystem::path(wide[i]).u8string());
+    LocalFree(wide);
+    return words;
+}
+
 long ProcessNumber()
 {
     return static_cast<long>(GetCurrentProcessId());
@@ -32,7 +46,7 @@ long ProcessNumber()
 // A backslash before the closing quote would be taken for its escape. A quote itself stands in no path.
 std::string ShellWord(const std::string& word)
 {
-    if (!word.empty() && word.find_first_of(" \t&()^;,=") == std::string::npos)
+    if (!word.empty() && word.find_first_of(" \t&()^;,") == std::string::npos)
         return word;
     const std::size_t last = word.find_last_not_of('\\');
     const std::size_t backslashes = last == std::string::npos ? word.size() : word.size() - last - 1;
