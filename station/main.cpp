@@ -1,15 +1,15 @@
 #include "station/Commands/Arguments.h"
 #include "station/Commands/Commands.h"
+#include "station/Platform/Platform.h"
+#include "station/Recording/Clip.h"
 
 #include <QString>
-
-extern "C" {
-#include <libavutil/log.h>
-}
 
 #include <exception>
 #include <iostream>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -39,14 +39,14 @@ void PassSeriousMessages(QtMsgType type, const QMessageLogContext&, const QStrin
 
 using Command = int (*)(const Station::CommandLine&);
 
-int Run(int argc, char** argv)
+int Run(const std::vector<std::string>& words)
 {
     const std::map<std::string, Command> commands = {{"seed", Station::SeedCommand},
                                                      {"import", Station::ImportCommand},
                                                      {"serve", Station::ServeCommand},
                                                      {"account", Station::AccountCommand},
                                                      {"trust", Station::TrustCommand}};
-    const std::string name = argc > 1 ? argv[1] : "";
+    const std::string name = words.empty() ? "" : words[0];
     if (name == "--help" || name == "-h" || name == "help") {
         std::cout << kUsage;
         return Station::ExitGood;
@@ -56,7 +56,7 @@ int Run(int argc, char** argv)
         std::cerr << kUsage;
         return Station::ExitUsage;
     }
-    return command->second(Station::CommandLine(argv + 2, argv + argc));
+    return command->second(Station::CommandLine(words.begin() + 1, words.end()));
 }
 
 }  // namespace
@@ -64,10 +64,9 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     qInstallMessageHandler(PassSeriousMessages);
-    // The station tells itself what is wrong with a video.
-    av_log_set_level(AV_LOG_QUIET);
+    Station::SilenceVideoLibraries();
     try {
-        return Run(argc, argv);
+        return Run(Station::Platform::CommandWords(argc, argv));
     } catch (const Station::UsageError& error) {
         std::cerr << "station: " << error.what() << "; try: fetchyard-station --help\n";
         return Station::ExitUsage;

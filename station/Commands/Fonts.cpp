@@ -1,6 +1,7 @@
 #include "station/Commands/Fonts.h"
 
 #include "station/Drawing/Lettering.h"
+#include "station/Platform/Platform.h"
 
 #include <QGuiApplication>
 
@@ -11,7 +12,7 @@ namespace Station {
 void StartFonts()
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QPA_PLATFORM", Platform::DrawingScreen());
     static int count = 1;
     static char name[] = "station";
     static char* words[] = {name, nullptr};

@@ -13,10 +13,10 @@ namespace {
 constexpr double kWidth = kPictureWidth;
 constexpr double kHeight = kPictureHeight;
 
-// A room seen from its front: the far wall, and the four edges that run to the picture's corners.
+// A room seen from its front: the back wall, and the four edges that run to the picture's corners.
 struct Room
 {
-    QRectF far;
+    QRectF back;
     QColor wall;
     QColor floor;
     QColor ceiling;
@@ -38,32 +38,32 @@ void DrawPolygon(QPainter& painter, std::initializer_list<QPointF> points, const
 
 void DrawShell(QPainter& painter, const Room& room)
 {
-    const QRectF& far = room.far;
-    DrawPolygon(painter, {{0, 0}, {kWidth, 0}, far.topRight(), far.topLeft()},
-                Between({0, 0}, {0, far.top()}, room.ceiling, room.ceiling.darker(118)));
-    DrawPolygon(painter, {{0, kHeight}, {kWidth, kHeight}, far.bottomRight(), far.bottomLeft()},
-                Between({0, far.bottom()}, {0, kHeight}, room.floor.darker(122), room.floor));
-    DrawPolygon(painter, {{0, 0}, far.topLeft(), far.bottomLeft(), {0, kHeight}},
-                Between({0, 0}, {far.left(), 0}, room.wall, room.wall.darker(126)));
-    DrawPolygon(painter, {{kWidth, 0}, far.topRight(), far.bottomRight(), {kWidth, kHeight}},
-                Between({kWidth, 0}, {far.right(), 0}, room.wall.darker(104), room.wall.darker(132)));
-    painter.fillRect(far,
-                     Between(far.topLeft(), far.bottomLeft(), room.wall.darker(108), room.wall.darker(120)));
+    const QRectF& back = room.back;
+    DrawPolygon(painter, {{0, 0}, {kWidth, 0}, back.topRight(), back.topLeft()},
+                Between({0, 0}, {0, back.top()}, room.ceiling, room.ceiling.darker(118)));
+    DrawPolygon(painter, {{0, kHeight}, {kWidth, kHeight}, back.bottomRight(), back.bottomLeft()},
+                Between({0, back.bottom()}, {0, kHeight}, room.floor.darker(122), room.floor));
+    DrawPolygon(painter, {{0, 0}, back.topLeft(), back.bottomLeft(), {0, kHeight}},
+                Between({0, 0}, {back.left(), 0}, room.wall, room.wall.darker(126)));
+    DrawPolygon(painter, {{kWidth, 0}, back.topRight(), back.bottomRight(), {kWidth, kHeight}},
+                Between({kWidth, 0}, {back.right(), 0}, room.wall.darker(104), room.wall.darker(132)));
+    painter.fillRect(
+        back, Between(back.topLeft(), back.bottomLeft(), room.wall.darker(108), room.wall.darker(120)));
 }
 
-// The point of the floor at a fraction across, and at a depth from 0 (far) to 1 (near).
+// The point of the floor at a fraction across, and at a depth from 0 (back) to 1 (front).
 QPointF OnFloor(const Room& room, double across, double depth)
 {
-    const double left = room.far.left() * (1 - depth);
-    const double right = room.far.right() + (kWidth - room.far.right()) * depth;
-    return {left + (right - left) * across, room.far.bottom() + (kHeight - room.far.bottom()) * depth};
+    const double left = room.back.left() * (1 - depth);
+    const double right = room.back.right() + (kWidth - room.back.right()) * depth;
+    return {left + (right - left) * across, room.back.bottom() + (kHeight - room.back.bottom()) * depth};
 }
 
 QPointF OnCeiling(const Room& room, double across, double depth)
 {
-    const double left = room.far.left() * (1 - depth);
-    const double right = room.far.right() + (kWidth - room.far.right()) * depth;
-    return {left + (right - left) * across, room.far.top() * (1 - depth)};
+    const double left = room.back.left() * (1 - depth);
+    const double right = room.back.right() + (kWidth - room.back.right()) * depth;
+    return {left + (right - left) * across, room.back.top() * (1 - depth)};
 }
 
 // Rows of equal tiles come closer together with the distance.
@@ -77,13 +77,13 @@ void DrawTiles(QPainter& painter, const Room& room, int columns, int rows)
 {
     for (int row = 0; row < rows; ++row)
         for (int column = row % 2; column < columns; column += 2) {
-            const double far = TileDepth(row, rows);
-            const double near = TileDepth(row + 1, rows);
+            const double back = TileDepth(row, rows);
+            const double front = TileDepth(row + 1, rows);
             const double left = static_cast<double>(column) / columns;
             const double right = (column + 1.0) / columns;
             DrawPolygon(painter,
-                        {OnFloor(room, left, far), OnFloor(room, right, far), OnFloor(room, right, near),
-                         OnFloor(room, left, near)},
+                        {OnFloor(room, left, back), OnFloor(room, right, back), OnFloor(room, right, front),
+                         OnFloor(room, left, front)},
                         QColor(0, 0, 0, 20));
         }
 }
@@ -91,13 +91,13 @@ void DrawTiles(QPainter& painter, const Room& room, int columns, int rows)
 void DrawLights(QPainter& painter, const Room& room, double from, double to, int count)
 {
     for (int panel = 0; panel < count; ++panel) {
-        const double far = 0.06 + panel * 0.9 / count;
-        const double near = far + 0.4 / count;
+        const double back = 0.06 + panel * 0.9 / count;
+        const double front = back + 0.4 / count;
         DrawPolygon(painter,
-                    {OnCeiling(room, from, far), OnCeiling(room, to, far), OnCeiling(room, to, near),
-                     OnCeiling(room, from, near)},
+                    {OnCeiling(room, from, back), OnCeiling(room, to, back), OnCeiling(room, to, front),
+                     OnCeiling(room, from, front)},
                     QColor(255, 255, 246, 235));
-        const QPointF shine = OnFloor(room, (from + to) / 2, far);
+        const QPointF shine = OnFloor(room, (from + to) / 2, back);
         QRadialGradient glow(shine, 150);
         glow.setColorAt(0, QColor(255, 255, 250, 46));
         glow.setColorAt(1, QColor(255, 255, 250, 0));
@@ -107,18 +107,18 @@ void DrawLights(QPainter& painter, const Room& room, double from, double to, int
 }
 
 // A door in one of the side walls, between two depths.
-void DrawSideDoor(QPainter& painter, const Room& room, bool is_left, double far, double near,
+void DrawSideDoor(QPainter& painter, const Room& room, bool is_left, double back, double front,
                   const QColor& colour)
 {
     const double across = is_left ? 0 : 1;
-    const QPointF far_foot = OnFloor(room, across, far);
-    const QPointF near_foot = OnFloor(room, across, near);
-    const QPointF far_top = far_foot + (OnCeiling(room, across, far) - far_foot) * 0.72;
-    const QPointF near_top = near_foot + (OnCeiling(room, across, near) - near_foot) * 0.72;
-    DrawPolygon(painter, {far_foot, near_foot, near_top, far_top}, colour);
-    const QPointF middle = near_foot * 0.85 + far_foot * 0.15;
+    const QPointF back_foot = OnFloor(room, across, back);
+    const QPointF front_foot = OnFloor(room, across, front);
+    const QPointF back_top = back_foot + (OnCeiling(room, across, back) - back_foot) * 0.72;
+    const QPointF front_top = front_foot + (OnCeiling(room, across, front) - front_foot) * 0.72;
+    DrawPolygon(painter, {back_foot, front_foot, front_top, back_top}, colour);
+    const QPointF middle = front_foot * 0.85 + back_foot * 0.15;
     painter.setBrush(QColor(214, 214, 208));
-    painter.drawEllipse(middle + (near_top - near_foot) * 0.45, 4, 4);
+    painter.drawEllipse(middle + (front_top - front_foot) * 0.45, 4, 4);
 }
 
 void DrawPlant(QPainter& painter, Random& random, double x, double ground, double size)
@@ -141,15 +141,15 @@ void DrawShelves(QPainter& painter, const Room& room, Random& random, bool is_le
                                             0xff5f7fa8, 0xffc2a26a, 0xff9c5c4c};
     const double across = is_left ? 0.02 : 0.98;
     for (int bay = 0; bay < kBays; ++bay) {
-        const double far = TileDepth(bay, kBays) + 0.004;
-        const double near = TileDepth(bay + 1, kBays) - 0.004;
-        const QPointF far_foot = OnFloor(room, across, far);
-        const QPointF near_foot = OnFloor(room, across, near);
-        const QPointF far_top = far_foot + (OnCeiling(room, across, far) - far_foot) * 0.86;
-        const QPointF near_top = near_foot + (OnCeiling(room, across, near) - near_foot) * 0.86;
+        const double back = TileDepth(bay, kBays) + 0.004;
+        const double front = TileDepth(bay + 1, kBays) - 0.004;
+        const QPointF back_foot = OnFloor(room, across, back);
+        const QPointF front_foot = OnFloor(room, across, front);
+        const QPointF back_top = back_foot + (OnCeiling(room, across, back) - back_foot) * 0.86;
+        const QPointF front_top = front_foot + (OnCeiling(room, across, front) - front_foot) * 0.86;
         const auto at = [&](double along, double up) {
-            const QPointF foot = far_foot + (near_foot - far_foot) * along;
-            const QPointF top = far_top + (near_top - far_top) * along;
+            const QPointF foot = back_foot + (front_foot - back_foot) * along;
+            const QPointF top = back_top + (front_top - back_top) * along;
             return foot + (top - foot) * up;
         };
         for (int board = 0; board < kBoards; ++board)
@@ -189,8 +189,8 @@ void DrawCorridor(QPainter& painter, std::uint64_t seed, Light)
     constexpr std::array<QRgb, 4> kDoors = {0xff7a5638, 0xff4e6a80, 0xff86785e, 0xff5c6f5a};
     const QColor door(random.Pick(kDoors));
     for (const bool is_left : {true, false})
-        for (const double far : {0.05, 0.2, 0.48})
-            DrawSideDoor(painter, room, is_left, far, far + far * 0.6 + 0.04,
+        for (const double back : {0.05, 0.2, 0.48})
+            DrawSideDoor(painter, room, is_left, back, back + back * 0.6 + 0.04,
                          is_left ? door : door.darker(116));
     painter.fillRect(QRectF(590, 270, 100, 130), QColor(96, 108, 120));
     painter.fillRect(QRectF(639, 270, 2, 130), QColor(52, 58, 66));

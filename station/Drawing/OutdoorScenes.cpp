@@ -134,14 +134,14 @@ void DrawStreet(QPainter& painter, std::uint64_t seed, Light light)
                     Lit(QColor(208, 204, 196), light));
     }
     for (int dash = 0; dash < 7; ++dash) {
-        const double near = 1.0 - dash * 0.14;
-        const double far = near - 0.075;
+        const double front = 1.0 - dash * 0.14;
+        const double back = front - 0.075;
         const auto at = [&](double t, double offset) {
             const double depth = t * t;
             return QPointF(vanish + (640 - vanish) * depth + offset * depth,
                            kHorizon + (kHeight - kHorizon) * depth);
         };
-        DrawPolygon(painter, {at(near, -11), at(near, 11), at(far, 11), at(far, -11)},
+        DrawPolygon(painter, {at(front, -11), at(front, 11), at(back, 11), at(back, -11)},
                     Lit(QColor(232, 230, 220), light));
     }
     for (int tree = 0; tree < 4; ++tree)
@@ -156,11 +156,11 @@ void DrawParking(QPainter& painter, std::uint64_t seed, Light light)
     Random random(seed);
     constexpr double kHorizon = 340;
     DrawSky(painter, random, light, kHorizon);
-    const QRectF front(120, 110, 1040, kHorizon - 100);
+    const QRectF house(120, 110, 1040, kHorizon - 100);
     const int shade = 168 + random.Below(40);
-    FillDown(painter, front, Lit(QColor(shade, shade - 8, shade - 22), light),
+    FillDown(painter, house, Lit(QColor(shade, shade - 8, shade - 22), light),
              Lit(QColor(shade - 34, shade - 40, shade - 50), light));
-    DrawWindows(painter, random, QRectF(front.left(), front.top(), front.width(), front.height() - 70), light,
+    DrawWindows(painter, random, QRectF(house.left(), house.top(), house.width(), house.height() - 70), light,
                 52);
     painter.setBrush(Lit(QColor(70, 82, 96), light));
     painter.drawRect(QRectF(590, 262, 110, 90));
@@ -169,13 +169,13 @@ void DrawParking(QPainter& painter, std::uint64_t seed, Light light)
     FillDown(painter, QRectF(0, kHorizon, kWidth, kHeight - kHorizon), Lit(QColor(122, 124, 126), light),
              Lit(QColor(78, 80, 84), light));
     for (int bay = -8; bay <= 8; ++bay) {
-        const double far = 640 + bay * 74.0;
-        const double near = 640 + bay * 190.0;
+        const double back = 640 + bay * 74.0;
+        const double front = 640 + bay * 190.0;
         DrawPolygon(painter,
-                    {{far - 1.5, kHorizon + 18},
-                     {far + 1.5, kHorizon + 18},
-                     {far + (near - far) * 0.34 + 3, 470},
-                     {far + (near - far) * 0.34 - 3, 470}},
+                    {{back - 1.5, kHorizon + 18},
+                     {back + 1.5, kHorizon + 18},
+                     {back + (front - back) * 0.34 + 3, 470},
+                     {back + (front - back) * 0.34 - 3, 470}},
                     Lit(QColor(226, 226, 214), light));
     }
     for (int bay = -6; bay < 6; ++bay)

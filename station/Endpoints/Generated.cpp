@@ -145,8 +145,8 @@ void Operate(Call& call)
         AnswerError(call.response, 200, StationBadCondition, reason);
         return;
     }
-    // A deleted report is told of as stopped for a while: its client may be in the middle of a poll, and a task
-    // that is not known would look like a failure there.
+    // A deleted report is told of as stopped for a while: its client may be in the middle of a poll, and a
+    // task that is not known would look like a failure there.
     if (call.services.reports.Stop(guid))
         AnswerDone(call);
     else

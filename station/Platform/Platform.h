@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // What the station needs of the operating system beyond the standard library: one source for each platform.
 namespace Station::Platform {
@@ -40,5 +41,9 @@ void WaitForStopSignal();
 bool RestrictToOwner(const std::filesystem::path& path);
 // Reads a password: a terminal does not show it.
 std::string ReadSecretLine(const std::string& prompt);
+// The words behind the program's name, in UTF-8.
+std::vector<std::string> CommandWords(int argc, char** argv);
+// Qt's screen on which letters can be drawn without a display.
+const char* DrawingScreen();
 
 }  // namespace Station::Platform

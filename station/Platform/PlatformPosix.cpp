@@ -144,4 +144,14 @@ std::string ReadSecretLine(const std::string& prompt)
     return line;
 }
 
+std::vector<std::string> CommandWords(int argc, char** argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+const char* DrawingScreen()
+{
+    return "offscreen";
+}
+
 }  // namespace Station::Platform

@@ -1,8 +1,9 @@
 #include "station/Platform/Platform.h"
 
-#include <condition_variable>
+#include <windows.h>
+
+#include <atomic>
 #include <iostream>
-#include <mutex>
 
 namespace Station::Platform {
 namespace {
@@ -13,26 +14,12 @@ bool WaitFor(Socket socket, short events, int timeout_ms)
     return WSAPoll(&entry, 1, timeout_ms) > 0;
 }
 
-struct StopFlag
-{
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool stop = false;
-};
-
-StopFlag& TheStopFlag()
-{
-    static auto* flag = new StopFlag;
-    return *flag;
-}
+// The one that waits for the end; the events of a console come on a thread of their own.
+std::atomic<DWORD> waiting_thread{0};
 
 BOOL WINAPI OnConsoleEvent(DWORD)
 {
-    StopFlag& flag = TheStopFlag();
-    const std::lock_guard<std::mutex> lock(flag.mutex);
-    flag.stop = true;
-    flag.changed.notify_all();
-    return TRUE;
+    return PostThreadMessageW(waiting_thread, WM_CLOSE, 0, 0);
 }
 
 }  // namespace
@@ -97,16 +84,21 @@ void CloseWithReset(Socket socket)
     ::closesocket(socket);
 }
 
+// The first look makes the thread's queue, in which an early request waits.
 void HoldStopSignals()
 {
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+    waiting_thread = GetCurrentThreadId();
     SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
 }
 
+// Who started a program without a console asks its first thread to end by this message, too.
 void WaitForStopSignal()
 {
-    StopFlag& flag = TheStopFlag();
-    std::unique_lock<std::mutex> lock(flag.mutex);
-    flag.changed.wait(lock, [&flag] { return flag.stop; });
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != WM_CLOSE)
+        continue;
 }
 
 // The data folder lies in the user's profile, which other users can't read.
@@ -131,6 +123,24 @@ std::string ReadSecretLine(const std::string& prompt)
         std::cerr << '\n';
     }
     return line;
+}
+
+// The text that main gets has been through the code page, which lacks letters.
+std::vector<std::string> CommandWords(int /*argc*/, char** /*argv*/)
+{
+    std::vector<std::string> words;
+    int count = 0;
+    wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    for (int i = 1; i < count; ++i)
+        words.push_back(std::filesystem::path(wide[i]).u8string());
+    LocalFree(wide);
+    return words;
+}
+
+// The others have no fonts here.
+const char* DrawingScreen()
+{
+    return "windows";
 }
 
 }  // namespace Station::Platform

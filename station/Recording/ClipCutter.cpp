@@ -1,5 +1,6 @@
 #include "station/Recording/ClipCutter.h"
 
+#include "station/Recording/ClipWriter.h"
 #include "station/Recording/PictureFitter.h"
 #include "station/Recording/VideoSource.h"
 

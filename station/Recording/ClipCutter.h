@@ -1,6 +1,6 @@
 #pragma once
 
-#include "station/Recording/ClipWriter.h"
+#include "station/Recording/Clip.h"
 #include "station/Recording/Recordings.h"
 
 #include <filesystem>

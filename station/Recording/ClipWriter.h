@@ -1,5 +1,6 @@
 #pragma once
 
+#include "station/Recording/Clip.h"
 #include "station/Recording/FrameEncoder.h"
 #include "station/Recording/ParameterSets.h"
 
@@ -8,8 +9,6 @@
 #include <string_view>
 
 namespace Station {
-
-enum class ClipFormat { Mp4, Avi };
 
 // What a video file is made of.
 struct ClipStreams

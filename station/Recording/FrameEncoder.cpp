@@ -18,6 +18,16 @@ std::string EncoderWords(const EncoderPlan& plan)
 
 }  // namespace
 
+VideoError::VideoError(const std::string& what, int error)
+    : std::runtime_error(what + ": " + av::ErrorText(error))
+{
+}
+
+void SilenceVideoLibraries()
+{
+    av_log_set_level(AV_LOG_QUIET);
+}
+
 void Check(int result, const std::string& what)
 {
     if (result < 0)

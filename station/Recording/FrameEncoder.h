@@ -1,24 +1,16 @@
 #pragma once
 
+#include "station/Recording/Clip.h"
 #include "station/Recording/ParameterSets.h"
 
 #include <MultimediaCommHost/AvPointers.h>
 
 #include <functional>
-#include <stdexcept>
 #include <string>
 
 namespace Station {
 
 namespace av = Zell::MultimediaComm::av;
-
-// A video could not be read or made; what() says why.
-class VideoError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-    VideoError(const std::string& what, int error) : std::runtime_error(what + ": " + av::ErrorText(error)) {}
-};
 
 // Throws VideoError with the words if the number is an error.
 void Check(int result, const std::string& what);

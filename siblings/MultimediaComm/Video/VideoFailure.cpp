@@ -1,6 +1,5 @@
 #include "Video/VideoFailure.h"
 
-#include "MultimediaCommHost/AvPointers.h"
 #include "Video/VideoLog.h"
 
 namespace Zell::MultimediaComm {
@@ -24,15 +23,6 @@ Base::Error::ErrorCode ErrorOf(InfoOverlayErr result, int system_error)
 VideoFailure::VideoFailure(InfoOverlayErr result, const std::string& reason, int system_error)
     : std::runtime_error(reason), result_(result), error_(ErrorOf(result, system_error))
 {
-}
-
-int Check(int returned, InfoOverlayErr result, const std::string& what)
-{
-    if (returned >= 0)
-        return returned;
-    if (returned == AVERROR_EXIT)
-        throw VideoFailure(InfoOverlayStopped, "stopped");
-    throw VideoFailure(result, what + ": " + av::ErrorText(returned));
 }
 
 InfoOverlayErr EndOf(const char* function, const VideoFailure& failure)
