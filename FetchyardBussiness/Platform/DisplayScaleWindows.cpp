@@ -19,8 +19,8 @@ DisplayDpi PrimaryDisplayDpi()
     const HMODULE module = LoadLibraryW(L"SHCore.dll");
     if (module == nullptr)
         return dpi;
-    const auto get_dpi =
-        reinterpret_cast<GetDpiForMonitorFunction>(GetProcAddress(module, "GetDpiForMonitor"));
+    const auto get_dpi = reinterpret_cast<GetDpiForMonitorFunction>(
+        reinterpret_cast<void*>(GetProcAddress(module, "GetDpiForMonitor")));
     if (get_dpi == nullptr)
         return dpi;
     UINT x = 0;

@@ -10,14 +10,24 @@
 #define ZELL_SYMBOL_IMPORT __attribute__((visibility("default")))
 #endif
 
-// Where compilers want the mark of a template whose one instantiation is exported: GCC and Clang for ELF on
-// the template itself (the instantiation is a base, so its own mark would come too late), Windows on the
-// definition of the instantiation.
-#if defined(_WIN32)
+// Where compilers want the mark of a template whose one instantiation is exported: MSVC on the definition of
+// the instantiation; the others before, since the instantiation is a base and its own mark would come too
+// late: for ELF on the template itself, GCC for Windows on each of its data members. A function that is
+// written in the template leaves no library of GCC for Windows: every caller has a copy.
+#if defined(_MSC_VER)
 #define ZELL_TEMPLATE_VISIBLE
+#define ZELL_TEMPLATE_MEMBER
+#define ZELL_TEMPLATE_FUNCTION
 #define ZELL_INSTANCE_DEFINED ZELL_SYMBOL_EXPORT
+#elif defined(_WIN32)
+#define ZELL_TEMPLATE_VISIBLE
+#define ZELL_TEMPLATE_MEMBER ZELL_SYMBOL_EXPORT
+#define ZELL_TEMPLATE_FUNCTION __attribute__((always_inline))
+#define ZELL_INSTANCE_DEFINED
 #else
 #define ZELL_TEMPLATE_VISIBLE ZELL_SYMBOL_EXPORT
+#define ZELL_TEMPLATE_MEMBER
+#define ZELL_TEMPLATE_FUNCTION
 #define ZELL_INSTANCE_DEFINED
 #endif
 
@@ -28,7 +38,10 @@
 #endif
 
 // The position of a printf format and of its first argument, for the compiler's check.
-#if defined(__GNUC__)
+#if defined(__MINGW32__)
+// The standard library is built for the formats of the C standard, not for those of the system.
+#define ZELL_PRINTF(format_index, first_index) __attribute__((format(gnu_printf, format_index, first_index)))
+#elif defined(__GNUC__)
 #define ZELL_PRINTF(format_index, first_index) __attribute__((format(printf, format_index, first_index)))
 #else
 #define ZELL_PRINTF(format_index, first_index)

@@ -21,7 +21,7 @@ public:
     CSingleton& operator=(const CSingleton&) = delete;
 
     // Any thread. Takes mutex_ at each call: an unlocked look at the pointer would race with its creation.
-    static T& Instance()
+    static ZELL_TEMPLATE_FUNCTION T& Instance()
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (!s_instance_)
@@ -33,8 +33,8 @@ protected:
     CSingleton() = default;
     ~CSingleton() = default;
 
-    static std::mutex mutex_;
-    static std::unique_ptr<T> s_instance_;
+    static ZELL_TEMPLATE_MEMBER std::mutex mutex_;
+    static ZELL_TEMPLATE_MEMBER std::unique_ptr<T> s_instance_;
 };
 
 template <typename T>

@@ -1,8 +1,11 @@
 #include "Platform/SecretFile.h"
 #include "ZellBase/Util.h"
 
-#include <sddl.h>
+// The second can't stand alone.
+// clang-format off
 #include <windows.h>
+#include <sddl.h>
+// clang-format on
 
 #include <array>
 #include <system_error>
