@@ -26,7 +26,7 @@ protected:
 
     std::string Text() const
     {
-        std::ifstream file(Folder() + "Alarm.txt", std::ios::binary);
+        std::ifstream file(Folder() + "Alarm.txt");  // with the system's own ends of lines
         return {std::istreambuf_iterator<char>(file), {}};
     }
 

@@ -108,8 +108,8 @@ TEST(StationDockSeed, SameSeedGivesTheSameFilesAndAnotherOneOthers)
     const QTemporaryDir folder;
     const auto seed = [&folder](const char* name, const char* number) {
         const QString data = folder.filePath(name);
-        EXPECT_EQ(RunStation({"seed", "--data", data, "--events", "1", "--seed", number, "--end",
-                              "2026-02-01T00:00:00Z", "--replace"})
+        EXPECT_EQ(RunStation({"seed", "--data", data, "--events", "1", "--minutes", "0", "--seed", number,
+                              "--end", "2026-02-01T00:00:00Z", "--replace"})
                       .exit_code,
                   0);
         std::map<std::string, std::string> all;
