@@ -1,26 +1,36 @@
 #!/usr/bin/env python3
 """Compares the export table of a shared library with a list of names.
 
-usage: check_exports.py NM LIBRARY LIST
+usage: check_exports.py TOOL LIBRARY LIST
 
-The list has one demangled name a line; lines that start with "#" are comments. With "-" as LIST the names are
-printed, to make a new list after a wanted change.
+TOOL is nm for a library of this system, objdump for a DLL. The list has one demangled name a line; lines that start
+with "#" are comments. With "-" as LIST the names are printed, to make a new list after a wanted change.
 """
+import os
+import re
 import subprocess
 import sys
 
 
-def exported_names(nm, library):
-    table = subprocess.run([nm, "-D", "--defined-only", "-C", library], check=True, capture_output=True,
-                           text=True).stdout
-    names = set()
-    for line in table.splitlines():
-        name = line.split(" ", 2)[2]
-        # One type has two spellings, by the demangler.
-        name = name.replace("std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
-                            "std::string").replace("[abi:cxx11]", "")
-        names.add(name)
-    return names
+def output(*command, text=None):
+    return subprocess.run(command, input=text, check=True, capture_output=True, text=True).stdout
+
+
+def names_of_dll(objdump, library):
+    table = output(objdump, "-p", library)
+    names = re.findall(r"^\t\[ *\d+\] (\S+)$", table.split("[Ordinal/Name Pointer] Table")[1], re.MULTILINE)
+    return output("c++filt", text="\n".join(names)).splitlines()
+
+
+def names_of_elf(nm, library):
+    return [line.split(" ", 2)[2] for line in output(nm, "-D", "--defined-only", "-C", library).splitlines()]
+
+
+def exported_names(tool, library):
+    names = names_of_dll(tool, library) if "objdump" in os.path.basename(tool) else names_of_elf(tool, library)
+    # One type has two spellings, by the demangler.
+    return {name.replace("std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >",
+                         "std::string").replace("[abi:cxx11]", "") for name in names}
 
 
 def main():

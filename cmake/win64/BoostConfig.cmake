@@ -1,0 +1,15 @@
+# The headers of Boost for 64-bit Windows: of its thread library, the mutex and its locks need no more.
+get_filename_component(boost_prefix "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
+if(NOT TARGET Boost::headers)
+    add_library(Boost::headers INTERFACE IMPORTED)
+    target_include_directories(Boost::headers SYSTEM INTERFACE "${boost_prefix}/include")
+    add_library(Boost::boost INTERFACE IMPORTED)
+    target_link_libraries(Boost::boost INTERFACE Boost::headers)
+    add_library(Boost::thread INTERFACE IMPORTED)
+    target_link_libraries(Boost::thread INTERFACE Boost::headers)
+    # No automatic linking with a built library.
+    target_compile_definitions(Boost::thread INTERFACE BOOST_ALL_NO_LIB BOOST_THREAD_USE_LIB)
+endif()
+set(Boost_FOUND TRUE)
+set(Boost_thread_FOUND TRUE)
+set(Boost_VERSION_STRING 1.74.0)
