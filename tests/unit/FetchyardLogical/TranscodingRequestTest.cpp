@@ -233,7 +233,8 @@ TEST_F(TranscodingRequestTest, HugeRequestsAreReadOrRefusedWithoutHarm)
     std::string files;
     for (int i = 0; i < 20000; ++i) {
         const std::string name = std::to_string(i) + R"(.mp4")";
-        files += std::string(i == 0 ? "" : ",") + R"({"SourceFile":"in/)" + name + R"(,"SaveFile":"out/)" + name + "}";
+        files += std::string(i == 0 ? "" : ",") + R"({"SourceFile":"in/)" + name + R"(,"SaveFile":"out/)" +
+                 name + "}";
     }
     ASSERT_TRUE(Parse(request(files)));
     EXPECT_EQ(files_.size(), 20000u);

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -155,8 +156,14 @@ TEST(PosixLog, DropsTheOldestLinesInsteadOfWaiting)
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     ASSERT_GE(reader, 0);
     ASSERT_TRUE(Zell::Base::details::SetLogFile(pipe, 3));
-    for (int i = 0; i < 100000; ++i)
-        Zell::Base::details::IOXTFormatLog(3, "m", "line %d of a log that stands still", i);
+    const auto write_line = [](int number) {
+        Zell::Base::details::IOXTFormatLog(3, "m", "line %d of a log that stands still", number);
+    };
+    write_line(0);
+    pollfd arrived = {reader, POLLIN, 0};
+    ASSERT_EQ(poll(&arrived, 1, 60'000), 1) << "the first line is not written";
+    for (int i = 1; i < 100000; ++i)
+        write_line(i);
     fcntl(reader, F_SETFL, 0);
     std::string text;
     char piece[65536];
@@ -167,7 +174,8 @@ TEST(PosixLog, DropsTheOldestLinesInsteadOfWaiting)
     }
     EXPECT_TRUE(Zell::Base::details::SetLogFile("", 5));
     close(reader);
-    EXPECT_THAT(text, ::testing::HasSubstr("m line 0 of"));
-    EXPECT_THAT(text, ::testing::HasSubstr(" E ZellBase "));
-    EXPECT_THAT(text, ::testing::HasSubstr(" log lines were dropped"));
+    const auto holds = [&text](const char* words) { return text.find(words) != std::string::npos; };
+    EXPECT_TRUE(holds("m line 0 of"));
+    EXPECT_TRUE(holds(" E ZellBase "));
+    EXPECT_TRUE(holds(" log lines were dropped"));
 }
