@@ -225,6 +225,7 @@ bool TaskStore::Read(const std::string& path, std::vector<StoredTask>& tasks, st
             return false;
         }
         LastChanges changes;
+        table.HoldView();
         const std::uint64_t complete = table.Complete();
         for (const Journal::Frame& frame : frames) {
             for (std::size_t i = 0; frame.number > complete && i < frame.changes.size(); ++i)

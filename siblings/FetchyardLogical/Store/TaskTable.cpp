@@ -192,6 +192,11 @@ void TaskTable::CheckPages()
         throw SqliteFailure(SqliteFailure::kDamage, found);
 }
 
+void TaskTable::HoldView()
+{
+    database_.Run("BEGIN");
+}
+
 std::uint64_t TaskTable::Complete()
 {
     return static_cast<std::uint64_t>(database_.Number("SELECT number FROM complete"));

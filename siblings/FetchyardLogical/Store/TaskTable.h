@@ -30,6 +30,8 @@ public:
     void Migrate();
     // Throws if there are bad pages anywhere, which takes its time.
     void CheckPages();
+    // What is read from now on is of one moment, whatever another process writes meanwhile. Once, to read.
+    void HoldView();
     // Which change is the last that is in.
     std::uint64_t Complete();
     void SetComplete(std::uint64_t number);

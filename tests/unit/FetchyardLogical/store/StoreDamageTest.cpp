@@ -4,6 +4,7 @@
 #include "Store/Journal.h"
 #include "Store/LastChanges.h"
 #include "Store/Sqlite.h"
+#include "Store/TaskTable.h"
 #include "StoreRig.h"
 
 #include <gmock/gmock.h>
@@ -12,17 +13,19 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <future>
 #include <random>
-#include <thread>
 
 using namespace FetchyardLogical;
 using namespace FetchyardLogical::testing;
 using details::Change;
 using details::Changes;
 using details::Journal;
+using details::LastChanges;
 using details::Sqlite;
 using details::StoredTask;
 using details::TaskStore;
+using details::TaskTable;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -402,7 +405,7 @@ TEST_F(DamagedStore, AStoreThatAnotherHasOpenCanBeReadAtAnyMoment)
     const TaskStore::Opening opening = TaskStore::Open(path_);
     constexpr std::uint64_t kTasks = 3000;
     std::atomic<std::uint64_t> kept{0};
-    std::thread writer([&] {
+    const auto writer = std::async(std::launch::async, [&] {
         for (std::uint64_t place = 1; place <= kTasks; ++place) {
             opening.store->Keep({Put(place)});
             opening.store->Keep({Update(Put(place), ZellTaskKit::Finished, "end")});
@@ -421,7 +424,26 @@ TEST_F(DamagedStore, AStoreThatAnotherHasOpenCanBeReadAtAnyMoment)
             ASSERT_EQ(tasks[i].state, ZellTaskKit::Finished);
         }
     }
-    writer.join();
+}
+
+TEST_F(DamagedStore, WhatIsReadInOneViewIsOfOneMoment)
+{
+    TaskTable owner(path_, Sqlite::Use::Write);
+    owner.Migrate();
+    const auto write = [&owner](std::uint64_t number) {
+        LastChanges changes;
+        changes.Add(Put(number));
+        owner.Write(changes, number);
+    };
+    write(1);
+    TaskTable onlooker(path_, Sqlite::Use::Read);
+    onlooker.HoldView();
+    EXPECT_EQ(onlooker.Complete(), 1u);
+    write(2);
+    std::size_t damaged = 0;
+    EXPECT_EQ(onlooker.Load(damaged).size(), 1u);
+    EXPECT_EQ(onlooker.Complete(), 1u);
+    EXPECT_EQ(TaskTable(path_, Sqlite::Use::Read).Complete(), 2u);
 }
 
 TEST_F(DamagedStore, AStoreThatIsNotThereCanNotBeRead)
