@@ -45,6 +45,12 @@ void AddDockStationFiles(const json& data, const std::string& folder, std::vecto
         files.push_back({folder + Text(file, "FileName"), false, "", ExpectedFile::Content::kAny});
 }
 
+// A file of that name in the folder, or in one below it if that has a name.
+std::string PathIn(const std::string& folder, const std::string& below, const std::string& name)
+{
+    return below.empty() ? folder + name : folder + below + "/" + name;
+}
+
 // The library numbers the second and later pictures of one name in one folder.
 void AddPictures(const json& downloads, const std::string& folder, std::vector<ExpectedFile>& files)
 {
@@ -52,11 +58,10 @@ void AddPictures(const json& downloads, const std::string& folder, std::vector<E
     int number = 0;
     for (const json& image : Member(downloads, "ImageDownload")) {
         ++number;
-        const std::string below = Text(image, "FolderName");
         std::string name = Text(image, "ImageName");
         if (name.empty())
             name = std::to_string(number);
-        std::string path = folder + (below.empty() ? "" : below + "/") + name;
+        std::string path = PathIn(folder, Text(image, "FolderName"), name);
         const int count = ++names[path];
         if (count > 1)
             path += "(" + std::to_string(count) + ")";
@@ -80,9 +85,8 @@ void AddVideos(const json& downloads, const std::string& folder, std::vector<Exp
 {
     constexpr int avi = 1;
     for (const json& video : Member(downloads, "VideoDownload")) {
-        const std::string below = Text(video, "FolderName");
         const char* suffix = Number(video, "VideoFormat", 2) == avi ? ".avi" : ".mp4";
-        const std::string stem = folder + (below.empty() ? "" : below + "/") + Text(video, "ExportFileName");
+        const std::string stem = PathIn(folder, Text(video, "FolderName"), Text(video, "ExportFileName"));
         files.push_back({stem + suffix, false, Text(video, "VideoPassword"), ExpectedFile::Content::kVideo});
         // The library takes a snapshot unless the request says 0.
         if (Number(video, "IsSnap", 1) != 0)

@@ -123,6 +123,7 @@ bool BringAllBack(const std::vector<TaskView>& chosen, std::vector<Resumed>& res
 bool WatchAndTell(const HostOptions& options, const std::vector<Resumed>& resumed)
 {
     std::vector<std::string> guids;
+    guids.reserve(resumed.size());
     for (const Resumed& task : resumed)
         guids.push_back(task.guid);
     Trouble trouble;

@@ -50,7 +50,7 @@ std::string ResumeCommand(const HostOptions& options, const std::vector<std::str
     AddOption(command, "--data", options.data_folder);
     AddOption(command, "--station", options.station);
     for (const auto& [site, address] : options.sites)
-        AddOption(command, "--site", std::to_string(site) + "=" + address);
+        AddOption(command, "--site", std::to_string(site).append("=").append(address));
     AddOption(command, "--save", options.save_folder);
     AddOption(command, "--user", options.user);
     for (const auto& [id, module] : options.plugins)

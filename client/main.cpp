@@ -12,6 +12,9 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -140,6 +143,30 @@ struct TaskWords
     bool AreParsed() const { return tasks->parsed() || resume->parsed() || remove->parsed(); }
 };
 
+// False, with the code to end with, if there is nothing to do or the words are wrong; it is said then.
+bool Parse(CLI::App& app, std::vector<std::string> words, int& code)
+{
+    // The parser takes the words from the last to the first.
+    std::reverse(words.begin(), words.end());
+    try {
+        app.parse(std::move(words));
+        return true;
+    } catch (const CLI::ParseError& error) {
+        code = app.exit(error);
+        return false;
+    }
+}
+
+bool ReadHostWords(CommandLine& line)
+{
+    std::string wrong = ReadSites(line.sites, line.run.host);
+    if (wrong.empty())
+        wrong = ReadPlugins(line.plugins, line.run.host);
+    if (!wrong.empty())
+        std::cerr << wrong << "\n";
+    return wrong.empty();
+}
+
 TaskWords AddTaskWords(CLI::App& app, CommandLine& line)
 {
     TaskWords words;
@@ -200,14 +227,9 @@ int main(int argc, char** argv)
         ->type_name("FILE");
     AddUiWord(app, line);
     const TaskWords task_words = AddTaskWords(app, line);
-    try {
-        // The parser takes the words from the last to the first.
-        std::vector<std::string> words = CommandWords(argc, argv);
-        std::reverse(words.begin(), words.end());
-        app.parse(words);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error);
-    }
+    int code = kAllWell;
+    if (!Parse(app, CommandWords(argc, argv), code))
+        return code;
     const bool has_window = app.got_subcommand("ui");
     if (has_window && !HasDisplay()) {
         std::cerr << "there is no display to show a window on\n";
@@ -215,13 +237,8 @@ int main(int argc, char** argv)
     }
     const std::unique_ptr<QGuiApplication> application = MakeApplication(has_window, argv);
 
-    std::string wrong = ReadSites(line.sites, line.run.host);
-    if (wrong.empty())
-        wrong = ReadPlugins(line.plugins, line.run.host);
-    if (!wrong.empty()) {
-        std::cerr << wrong << "\n";
+    if (!ReadHostWords(line))
         return kBadInput;
-    }
     if (check->parsed())
         return CheckCommand(line.requests);
     if (demo->parsed())

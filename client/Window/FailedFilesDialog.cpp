@@ -37,7 +37,7 @@ FailedFilesDialog::FailedFilesDialog(const std::vector<FetchyardLogical::TaskVie
             table->insertRow(row);
             for (int column = 0; column < cells.size(); ++column)
                 table->setItem(row, column, new QTableWidgetItem(cells.at(column)));
-            lines_ << QString::fromStdString(file + ": " + reason);
+            lines_ << FailureText(file, reason);
         }
     }
     const int letter = fontMetrics().averageCharWidth();

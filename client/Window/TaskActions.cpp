@@ -193,7 +193,7 @@ ActionOutcome Act(TaskAction action, const std::vector<std::string>& guids)
 
 QString FolderToOpen(const TaskView& task, QString& reason)
 {
-    const QString folder = QString::fromStdString(task.folder);
+    QString folder = QString::fromStdString(task.folder);
     if (folder.isEmpty())
         reason = Refusal(task, QT_TRANSLATE_NOOP("Actions", "has no folder yet"));
     else if (!QFileInfo(folder).isDir())

@@ -277,6 +277,7 @@ std::vector<std::string> TaskOrder::GuidsIn(RowState state) const
     }
     std::sort(found.begin(), found.end());
     std::vector<std::string> guids;
+    guids.reserve(found.size());
     for (auto& [place, guid] : found)
         guids.push_back(std::move(guid));
     return guids;

@@ -178,6 +178,11 @@ QString ErrorText(const TaskView& task)
     return Translated(QT_TRANSLATE_NOOP("Tasks", "the log tells why"));
 }
 
+QString FailureText(const std::string& file, const std::string& reason)
+{
+    return QString::fromStdString(file) + ": " + QString::fromStdString(reason);
+}
+
 QString ErrorReport(const TaskView& task)
 {
     QStringList lines;
@@ -192,7 +197,7 @@ QString ErrorReport(const TaskView& task)
     if (!logins.empty())
         lines << QString::fromStdString(logins);
     for (const auto& [name, reason] : task.failed_files)
-        lines << QString::fromStdString(name + ": " + reason);
+        lines << FailureText(name, reason);
     return lines.join('\n');
 }
 

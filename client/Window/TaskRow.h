@@ -56,6 +56,8 @@ QString ProgressText(const TaskRow& row, long long now);
 QString StartText(const FetchyardLogical::TaskView& task, bool is_long);
 // One line.
 QString ErrorText(const FetchyardLogical::TaskView& task);
+// A file that failed, and why: one line of the next.
+QString FailureText(const std::string& file, const std::string& reason);
 // What goes to the clipboard: name, state, error text and codes, failed files; a line each.
 QString ErrorReport(const FetchyardLogical::TaskView& task);
 

@@ -1,6 +1,5 @@
 #include "MultimediaComm/InfoOverlay.h"
 #include "MultimediaCommHost/VideoStamper.h"
-#include "Video/VideoEncoder.h"
 #include "Video/VideoFailure.h"
 
 #include <atomic>
@@ -25,11 +24,6 @@ void InfoOverlay::SetSrcFilePathStr(const std::string& path)
 void InfoOverlay::SetDstFilePathStr(const std::string& path)
 {
     target_ = path;
-}
-
-bool InfoOverlay::IsHandleAvailable() const
-{
-    return VideoEncoder::IsThere();
 }
 
 InfoOverlayErr InfoOverlay::StartCovert()

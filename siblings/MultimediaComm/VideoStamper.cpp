@@ -7,6 +7,7 @@
 #include "Video/Conversion.h"
 #include "Video/PictureFitter.h"
 #include "Video/Rotation.h"
+#include "Video/VideoEncoder.h"
 #include "Video/VideoFailure.h"
 #include "Video/VideoLog.h"
 
@@ -87,6 +88,11 @@ PictureWorkMaker StampWith(const OverlayContent& content)
 }
 
 }  // namespace
+
+bool InfoOverlay::IsHandleAvailable() const
+{
+    return VideoEncoder::IsThere();
+}
 
 InfoOverlayErr StampVideo(const StampJob& job, const std::atomic<bool>& stop)
 {

@@ -1,4 +1,5 @@
 // In place of all that reads or writes pictures of a video, where this library is built without FFmpeg.
+#include "MultimediaComm/InfoOverlay.h"
 #include "MultimediaComm/PlayLocalFileEx.h"
 #include "MultimediaComm/VideoFormatTransfer.h"
 #include "MultimediaCommHost/VideoStamper.h"
@@ -14,36 +15,10 @@ InfoOverlayErr Refuse(const char* function)
 
 }  // namespace
 
-struct InfoOverlay::Run
-{
-};
-
-void InfoOverlay::SetWaterMarkParam(const CWaterMarkParam& watermark)
-{
-    watermark_ = watermark;
-}
-
-void InfoOverlay::SetSrcFilePathStr(const std::string& path)
-{
-    source_ = path;
-}
-
-void InfoOverlay::SetDstFilePathStr(const std::string& path)
-{
-    target_ = path;
-}
-
 bool InfoOverlay::IsHandleAvailable() const
 {
     return false;
 }
-
-InfoOverlayErr InfoOverlay::StartCovert()
-{
-    return Refuse("InfoOverlay::StartCovert");
-}
-
-void InfoOverlay::StopCovert() {}
 
 InfoOverlayErr StampVideo(const StampJob& /*job*/, const std::atomic<bool>& /*stop*/)
 {

@@ -17,7 +17,7 @@ namespace {
 constexpr char kColor[] = "color";
 constexpr char kCustomContent[] = "custom_content";
 constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
-constexpr qint64 kMostBytes = 64 * 1024;
+constexpr qint64 kMostBytes = 65536;
 
 struct FlagMember
 {

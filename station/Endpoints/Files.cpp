@@ -87,7 +87,7 @@ void AnswerStoredObject(Call& call)
 {
     const std::string kind = call.request.get_param_value("kind");
     const auto place = NumberInName("=" + call.request.get_param_value("place"), "=", "");
-    const bool is_placed = place == kLocalStorage || place == kObjectStorage;
+    const bool is_placed = place && (*place == kLocalStorage || *place == kObjectStorage);
     if (kind == "platform_picture" || (kind == "picture" && is_placed))
         AnswerStoredPicture(call);
     else if (kind == "file" && is_placed)

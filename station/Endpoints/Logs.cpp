@@ -35,8 +35,9 @@ void AnswerGathering(Call& call, const std::string& guid)
     Json answer = {{"ErrorModule", 0}, {"ErrorCode", 0}, {"State", NameOf(report->state)}};
     if (report->state == WorkState::Ready) {
         answer["Files"] = Json::array();
+        const std::string folder = "/api/v1/logs/" + guid + "/";
         for (const std::string& name : report->names)
-            answer["Files"].push_back("/api/v1/logs/" + guid + "/" + name);
+            answer["Files"].push_back(folder + name);
     } else if (report->state == WorkState::Failed) {
         answer["ErrorText"] = report->failure;
     }

@@ -18,9 +18,8 @@ using Json = nlohmann::ordered_json;
 constexpr char kBadCamera[] = "camera must be the number of a camera.";
 constexpr char kBadSpan[] =
     "begin and end must be seconds since 1970 or times such as 2026-01-31T09:05:07Z, end behind begin and by "
-    "a "
-    "day at most.";
-constexpr std::int64_t kMostLength = 24 * 3600 * std::int64_t{1000};
+    "a day at most.";
+constexpr std::int64_t kMostLength = std::int64_t{24} * 3600 * 1000;
 
 std::optional<std::int64_t> CameraOf(const std::string& text)
 {
@@ -54,6 +53,7 @@ std::optional<std::int64_t> TimeOf(const Call& call, const char* name)
 std::vector<TimeSpan> SpansOf(const std::vector<RecordingPart>& parts)
 {
     std::vector<TimeSpan> spans;
+    spans.reserve(parts.size());
     for (const RecordingPart& part : parts)
         spans.push_back(part.span);
     return Joined(spans);

@@ -76,7 +76,7 @@ bool ReadFiles(const Json& json, std::vector<EvidenceFile>& files, std::string& 
     for (const Json& item : *member) {
         files.emplace_back();
         if (!ReadFile(item, files.back(), reason)) {
-            reason = "File " + std::to_string(files.size()) + ": " + reason;
+            reason.insert(0, "File " + std::to_string(files.size()) + ": ");
             return false;
         }
     }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <utility>
 
-using Zell::Base::Error::ErrorCode;
 using namespace ZellTaskKit;
 
 namespace FetchyardLogical::details {

@@ -5,8 +5,6 @@
 #include <type_traits>
 #include <utility>
 
-using ZellTaskKit::DownloadState;
-
 namespace FetchyardLogical::details {
 
 namespace {

@@ -35,7 +35,7 @@ std::string FreeName(const std::string& path)
 
 std::string SetStoreAside(const std::string& store)
 {
-    const std::string aside = FreeName(store);
+    std::string aside = FreeName(store);
     std::error_code error;
     fs::rename(fs::u8path(store), fs::u8path(aside), error);
     if (error)

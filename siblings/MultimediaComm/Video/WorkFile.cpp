@@ -43,7 +43,7 @@ void RemoveLeftOvers(const fs::path& folder)
 
 std::string PrepareWorkFolder()
 {
-    const std::string folder = ZellClientHost::GetClientSettings().data_path + "video-work/";
+    std::string folder = ZellClientHost::GetClientSettings().data_path + "video-work/";
     const fs::path path = fs::u8path(folder);
     std::error_code error;
     fs::create_directories(path, error);

@@ -17,6 +17,7 @@ namespace {
 
 void* ToHandle(int descriptor)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a number in a pointer, which nobody follows
     return reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor));
 }
 
