@@ -223,8 +223,8 @@ void WorkbookReport::AddRow(const Event& event, const ReportRow& row)
     ++rows_;
     if (pictures_added_ >= kMostPictures)
         SetTextRow();
-    for (std::uint16_t i = 0; i < kReportColumns.size(); ++i)
-        AddCell(i, kReportColumns[i].style, row[i], event);
+    for (std::size_t i = 0; i < kReportColumns.size(); ++i)
+        AddCell(static_cast<std::uint16_t>(i), kReportColumns[i].style, row[i], event);
     if (mode_ != PictureMode::None)
         AddPicture(event);
     ++row_;
