@@ -23,6 +23,11 @@ void AddOption(std::string& command, const char* option, const std::string& valu
         command += std::string(" ") + option + " " + ShellWord(value);
 }
 
+std::string Assigned(const std::string& name, const std::string& value)
+{
+    return name + "=" + value;
+}
+
 std::string Tasks(std::size_t count)
 {
     return GroupedNumber(count) + (count == 1 ? " task" : " tasks");
@@ -50,11 +55,11 @@ std::string ResumeCommand(const HostOptions& options, const std::vector<std::str
     AddOption(command, "--data", options.data_folder);
     AddOption(command, "--station", options.station);
     for (const auto& [site, address] : options.sites)
-        AddOption(command, "--site", std::to_string(site).append("=").append(address));
+        AddOption(command, "--site", Assigned(std::to_string(site), address));
     AddOption(command, "--save", options.save_folder);
     AddOption(command, "--user", options.user);
     for (const auto& [id, module] : options.plugins)
-        AddOption(command, "--plugin", id + "=" + module);
+        AddOption(command, "--plugin", Assigned(id, module));
     if (!options.own_plugins)
         command += " --no-own-plugins";
     AddOption(command, "--log", options.log_file);
