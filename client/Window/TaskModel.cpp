@@ -16,8 +16,9 @@ constexpr int kToolTipLetters = 1000;
 
 QString Plain(const std::string& text)
 {
-    // A tool tip takes what looks like markup for markup.
-    return "<qt>" + CutText(QString::fromStdString(text), kToolTipLetters).toHtmlEscaped() + "</qt>";
+    // A tool tip takes what looks like markup for markup, and there the end of a line is but a blank.
+    QString words = CutText(QString::fromStdString(text), kToolTipLetters).toHtmlEscaped();
+    return "<qt>" + words.replace('\n', "<br>") + "</qt>";
 }
 
 }  // namespace

@@ -31,6 +31,14 @@ std::string Progress(const TaskRow& row)
     return ProgressText(row, 1'700'000'005'000).toStdString();
 }
 
+// The model lists that task alone.
+void Show(const TaskView& task, TaskModel& model)
+{
+    TaskOrder order;
+    order.Fill({task});
+    model.Load(std::move(order));
+}
+
 TEST(TaskWords, ProgressNamesPagesPicturesSizeRateAndTime)
 {
     TaskRow row = Row(ZellTaskKit::Downloading);
@@ -132,14 +140,37 @@ TEST(TaskWords, RemovedFolderIsToldByItsPath)
     EXPECT_EQ(reason, "Gate: has no folder yet");
 }
 
+TEST(TaskWords, StartOfATaskThatWaitsIsItsHandOver)
+{
+    TaskView task = Row(ZellTaskKit::Stopped).task;
+    task.handed_over = task.started + 1000;
+    EXPECT_EQ(StartOf(task), task.started);
+    task.is_waiting = true;
+    EXPECT_EQ(StartOf(task), task.handed_over) << "it was started again and waits for its turn";
+    task.is_waiting = false;
+    task.started = 0;
+    EXPECT_EQ(StartOf(task), task.handed_over) << "it was taken out of the queue";
+}
+
+TEST(TaskWords, ToolTipOfTheNameHasTheFolderIfThereIsOne)
+{
+    TaskView task = Row(ZellTaskKit::Finished).task;
+    const auto tip = [&task] {
+        TaskModel model;
+        Show(task, model);
+        return model.data(model.index(0, TaskModel::kName), Qt::ToolTipRole).toString();
+    };
+    EXPECT_EQ(tip(), "<qt>Gate</qt>");
+    task.folder = "/exports/gate/";
+    EXPECT_EQ(tip(), "<qt>Gate<br>/exports/gate/</qt>");
+}
+
 TEST(TaskWords, ToolTipShowsMarkupAsItStands)
 {
-    TaskOrder order;
     TaskView task = Row(ZellTaskKit::Failed).task;
     task.error_text = "<img src=x>";
-    order.Fill({task});
     TaskModel model;
-    model.Load(std::move(order));
+    Show(task, model);
     EXPECT_EQ(model.data(model.index(0, TaskModel::kError), Qt::ToolTipRole), "<qt>&lt;img src=x&gt;</qt>");
     EXPECT_EQ(model.data(model.index(0, TaskModel::kState), Qt::AccessibleTextRole), "State: failed");
 }
