@@ -21,7 +21,7 @@ std::string LongFolder(const TempFolder& folder)
     return path;
 }
 
-TEST(LongPath, OfAThousandLettersServesEveryOperation)
+TEST(LongPath, OfSevenHundredLettersServesEveryOperation)
 {
     const TempFolder folder;
     const std::string deep = LongFolder(folder);
